@@ -1,0 +1,33 @@
+# Wraps the CMake build. Programs land in build/bin.
+JOBS ?= 2
+CMAKE ?= cmake
+
+.PHONY: all build test test-asan bench demo fuzz fuzz-smoke clean
+
+all: build
+
+build:
+	$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	$(CMAKE) --build build -j $(JOBS)
+
+test: build
+	cd build && ctest --output-on-failure -j $(JOBS)
+
+# The same tests under AddressSanitizer and UndefinedBehaviorSanitizer; any
+# report fails the run.
+test-asan:
+	$(CMAKE) -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DAUX_SANITIZE=ON > /dev/null
+	$(CMAKE) --build build-asan -j $(JOBS)
+	cd build-asan && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+	  ctest --output-on-failure -j $(JOBS)
+
+bench:
+	$(CMAKE) -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DAUX_BENCH=ON -DAUX_TESTS=OFF > /dev/null
+	$(CMAKE) --build build-bench -j $(JOBS)
+	@for b in build-bench/bin/bench_*; do echo "== $$b"; $$b; done
+
+demo: build
+	bash samples/demo.sh
+
+clean:
+	rm -rf build build-asan build-bench build-fuzz

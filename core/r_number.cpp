@@ -1,0 +1,108 @@
+#include "core/r_number.h"
+
+#include <cassert>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "core/r_ascii.h"
+#include "core/r_inputstream.h"
+#include "core/r_outputstream.h"
+#include "core/r_typecodes.h"
+
+double R_Number::getValue() const {
+  assert(defined);
+  return value;
+}
+
+int R_Number::getInt() const {
+  assert(defined);
+  return static_cast<int>(value);
+}
+
+bool R_Number::getBool() const {
+  assert(defined);
+  return value != 0.0;
+}
+
+bool R_Number::parse(const char* text) {
+  assert(text);
+  defined = false;
+  char first = text[0];
+  if (first == 0) return false;
+  if (R_isDigit(first) || first == '-' || first == '.' || first == ',') {
+    char copy[65];
+    int n = 0;
+    for (; n < 64 && text[n]; ++n) copy[n] = text[n] == ',' ? '.' : text[n];
+    copy[n] = 0;
+    set(atof(copy));
+    return true;
+  }
+  return first == '?';
+}
+
+bool R_Number::setFromText(const char* text) {
+  if (!text) {
+    defined = false;
+    return false;
+  }
+  std::string copy(text);
+  R_normalizeWhitespace(&copy[0]);
+  for (char& c : copy) {
+    if (c == ',') c = '.';
+  }
+  return parse(copy.c_str());
+}
+
+void R_Number::round(double precision) {
+  assert(defined && precision > 0);
+  value = floor(value / precision + 0.5) * precision;
+}
+
+void R_Number::toText(char* buffer) const {
+  if (defined)
+    snprintf(buffer, 64, "%g", value);
+  else
+    strcpy(buffer, "?");
+}
+
+void R_Number::format(int decimals, char* buffer) const {
+  if (!defined) {
+    buffer[0] = 0;
+    return;
+  }
+  if (decimals < 0) decimals = 0;
+  if (decimals > 4) decimals = 4;
+  snprintf(buffer, 64, "%.*f", decimals, value);
+}
+
+void R_Number::formatToPrecision(double precision, char* buffer) {
+  if (!defined) {
+    buffer[0] = 0;
+    return;
+  }
+  double x = -log10(precision);
+  int decimals = x > 0 ? static_cast<int>(ceil(x)) : 0;
+  round(precision);
+  format(decimals, buffer);
+}
+
+void R_Number::load(R_InputStream& stream, bool* ok) {
+  assert(ok);
+  defined = false;
+  if (!*ok) return;
+  if (!stream.checkType(R_TypeNumber)) {
+    *ok = false;
+    return;
+  }
+  // A stream that ends inside the value shows at the next type byte.
+  if (stream.readByte() > 0) set(stream.readDouble());
+}
+
+void R_Number::save(R_OutputStream& stream) const {
+  stream.put(R_TypeNumber);
+  stream.put(defined ? 1 : 0);
+  if (defined) stream.writeDouble(value);
+}
