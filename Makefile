@@ -7,7 +7,7 @@ CMAKE ?= cmake
 all: build
 
 build:
-	$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release -DAUX_TESTS=ON > /dev/null
 	$(CMAKE) --build build -j $(JOBS)
 
 test: build
@@ -16,7 +16,7 @@ test: build
 # The same tests under AddressSanitizer and UndefinedBehaviorSanitizer; any
 # report fails the run.
 test-asan:
-	$(CMAKE) -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DAUX_SANITIZE=ON > /dev/null
+	$(CMAKE) -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DAUX_SANITIZE=ON -DAUX_TESTS=ON > /dev/null
 	$(CMAKE) --build build-asan -j $(JOBS)
 	cd build-asan && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
