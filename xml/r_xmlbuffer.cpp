@@ -1,0 +1,61 @@
+#include "xml/r_xmlbuffer.h"
+
+#include <cassert>
+#include <cstdlib>
+
+#include "core/r_ascii.h"
+
+R_XMLBuffer::R_XMLBuffer(int buffer_size)
+    : text(static_cast<char*>(malloc(static_cast<size_t>(buffer_size) + 2))),
+      length(0),
+      size(text ? buffer_size : 0),
+      reading(false),
+      overflow(false) {
+  assert(buffer_size > 0);
+  // Without memory every capture overflows and arrives empty.
+  if (text) text[0] = 0;
+}
+
+R_XMLBuffer::~R_XMLBuffer() { free(text); }
+
+const char* R_XMLBuffer::getText() const {
+  assert(!reading);
+  return text ? text : "";
+}
+
+void R_XMLBuffer::clear() {
+  length = 0;
+  if (text) text[0] = 0;
+  reading = false;
+  overflow = false;
+}
+
+void R_XMLBuffer::startReading() {
+  length = 0;
+  reading = true;
+  overflow = false;
+}
+
+void R_XMLBuffer::stopReading() {
+  reading = false;
+  if (overflow) length = 0;
+  if (!text) return;
+  text[length] = 0;
+  for (int i = length - 1; i >= 0; --i) {
+    if (text[i] == '<') {
+      length = i;
+      text[i] = 0;
+      return;
+    }
+  }
+}
+
+void R_XMLBuffer::normalize() {
+  assert(!reading);
+  if (text) length = normalize(text);
+}
+
+int R_XMLBuffer::normalize(char* source) {
+  assert(source != nullptr);
+  return R_normalizeWhitespace(source);
+}

@@ -1,0 +1,45 @@
+// The bytes of a file, read through a block buffer of its own so that the
+// per-byte path is a bounds check and a load. The end of the file shows only
+// after one read past it, and that read yields the byte 255: callers see an
+// empty file as the single byte 255, never as nothing. Lines start at 1 and
+// count line feeds. A path that is empty or does not open gives an input
+// that cannot read at all.
+#ifndef XML_R_XMLINPUTFILE_H
+#define XML_R_XMLINPUTFILE_H
+
+#include <cstdio>
+
+#include "xml/r_xmlinput.h"
+
+class R_XMLInputFile final : public R_XMLInput {
+ public:
+  // Requires: path != null.
+  explicit R_XMLInputFile(const char* path);
+  ~R_XMLInputFile() override;
+
+  // True while the file is open and no read has yet come back empty.
+  bool canRead() override { return file != nullptr && !ended; }
+  // Requires: canRead().
+  int getChar() override {
+    if (next == end && !refill()) {
+      ended = true;
+      return 255;  // what the end-of-file value reads as when taken as a byte
+    }
+    int c = *next++;
+    if (c == '\n') ++line;
+    return c;
+  }
+  int getLine() const override { return line; }
+
+ private:
+  bool refill();
+
+  FILE* file;
+  int line;
+  bool ended;                   // a read came back empty: end of file or error
+  unsigned char* block;         // owned, kBlockSize bytes
+  const unsigned char* next;    // next unread byte in block
+  const unsigned char* end;     // one past the last byte read into block
+};
+
+#endif

@@ -1,0 +1,120 @@
+#include "xml/r_xmlparameters.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "core/r_ascii.h"
+#include "xml/r_xmlattributes.h"
+#include "xml/r_xmlstack.h"
+
+namespace {
+
+bool isLetterAt(const char* p) { return R_isLetter(static_cast<unsigned char>(*p)); }
+
+// Replaces `*element` by a copy of the name that starts at the first ASCII
+// letter of `text`; answers the position behind the name.
+int copyName(const char* text, char** element) {
+  const char* begin = text;
+  while (*begin && !isLetterAt(begin)) ++begin;
+  const char* end = begin;
+  while (R_XMLAttributes::isNameChar(static_cast<unsigned char>(*end))) ++end;
+  size_t length = static_cast<size_t>(end - begin);
+  char* copy = static_cast<char*>(realloc(*element, length + 1));
+  if (copy) {
+    memcpy(copy, begin, length);
+    copy[length] = 0;
+    *element = copy;
+  } else if (*element) {
+    **element = 0;
+  }
+  return static_cast<int>(end - text);
+}
+
+}  // namespace
+
+R_XMLParameters::R_XMLParameters() : attributes(new R_XMLAttributes), stack(new R_XMLStack) {}
+
+R_XMLParameters::~R_XMLParameters() {
+  delete attributes;
+  delete stack;
+}
+
+int R_XMLParameters::levelOf(const char* elem_name) const { return stack->find(elem_name); }
+
+bool R_XMLParameters::isParameter(const char* param_name) const {
+  return getParameter(param_name) != nullptr;
+}
+
+bool R_XMLParameters::isParameterInElement(const char* param_name, const char* elem_name) const {
+  return getParameterInElement(param_name, elem_name) != nullptr;
+}
+
+bool R_XMLParameters::isParameterValue(const char* param_name, const char* value) const {
+  return attributes->hasValue(param_name, -1, value);
+}
+
+bool R_XMLParameters::isParameterValueInElement(const char* param_name, const char* elem_name,
+                                                const char* value) const {
+  int level = levelOf(elem_name);
+  return level >= 0 && attributes->hasValue(param_name, level, value);
+}
+
+const char* R_XMLParameters::getParameter(const char* param_name) const {
+  return attributes->findValue(param_name, -1);
+}
+
+const char* R_XMLParameters::getParameterInElement(const char* param_name,
+                                                   const char* elem_name) const {
+  int level = levelOf(elem_name);
+  return level >= 0 ? attributes->findValue(param_name, level) : nullptr;
+}
+
+R_XMLParameters::TagKind R_XMLParameters::checkTag(const char* text) {
+  const char* open = strchr(text, '<');
+  const char* close = strchr(text, '>');
+  if (!open || !close || close - open < 2) return elementUnknown;
+  char c = open[1];
+  if (c == '!' || c == '?') return elementSkipped;
+  if (c == '/' && isLetterAt(open + 2)) return elementEnd;
+  if (!isLetterAt(open + 1)) return elementUnknown;
+  return close[-1] == '/' ? elementStandalone : elementBegin;
+}
+
+void R_XMLParameters::beginElement(const char* text, char** element) {
+  int position = copyName(text, element);
+  int level = stack->getCount();
+  stack->push(*element);
+  while (attributes->parse(text, &position, level)) {
+  }
+}
+
+void R_XMLParameters::standaloneElement(const char* text, char** element) {
+  beginElement(text, element);
+}
+
+void R_XMLParameters::endElement(const char* text, char** element, bool* struct_ok, bool pop) {
+  // The name is taken also on an empty stack, so that a message about the
+  // stray end tag can name it.
+  copyName(text, element);
+  *struct_ok = stack->isNotEmpty() && *element && strcmp(*element, stack->top()) == 0;
+  if (*struct_ok && pop) popElement();
+}
+
+void R_XMLParameters::popElement() {
+  if (!stack->isNotEmpty()) return;
+  attributes->removeElement(stack->getCount() - 1);
+  stack->pop();
+}
+
+void R_XMLParameters::clear() {
+  attributes->removeElement(-1);
+  stack->clear();
+}
+
+bool R_XMLParameters::hasOpenElements() const { return stack->isNotEmpty(); }
+
+size_t R_XMLParameters::getPathLength() const { return stack->getPathLength(); }
+
+const char* R_XMLParameters::getPath(char separator, char prefix) {
+  return stack->getPath(separator, prefix);
+}

@@ -1,0 +1,73 @@
+// What the XML reader knows about the open elements while it delivers an
+// event: their names (the stack) and their attributes. A recipient asks it
+// for attributes during receive(); the texts it answers stay valid during
+// that call only. All comparisons are exact and case-sensitive. Owns the
+// stack and the attributes. Not copyable.
+#ifndef XML_R_XMLPARAMETERS_H
+#define XML_R_XMLPARAMETERS_H
+
+#include <cstddef>
+
+class R_XMLAttributes;
+class R_XMLStack;
+
+class R_XMLParameters {
+ public:
+  // The kinds of tag that checkTag tells apart.
+  enum TagKind {
+    elementBegin = 0,       // <a ...>
+    elementEnd = 1,         // </a>
+    elementStandalone = 2,  // <a .../>
+    elementSkipped = 3,     // <!...> and <?...>, never interpreted
+    elementUnknown = 4      // anything else, which the reader refuses
+  };
+
+  R_XMLParameters();
+  ~R_XMLParameters();
+  R_XMLParameters(const R_XMLParameters&) = delete;
+  R_XMLParameters& operator=(const R_XMLParameters&) = delete;
+
+  // Whether any open element has the attribute.
+  bool isParameter(const char* param_name) const;
+  // Whether the open element `elem_name` has it. With several open elements
+  // of that name, the one nearest the root counts.
+  bool isParameterInElement(const char* param_name, const char* elem_name) const;
+  // Whether any open element has it with exactly `value`.
+  bool isParameterValue(const char* param_name, const char* value) const;
+  // Whether the open element `elem_name` has it with exactly `value`.
+  bool isParameterValueInElement(const char* param_name, const char* elem_name,
+                                 const char* value) const;
+  // The newest value of the attribute: the innermost element's, and within
+  // one tag the last written. Null if no open element has it.
+  const char* getParameter(const char* param_name) const;
+  // Its value on the open element `elem_name`; null if absent.
+  const char* getParameterInElement(const char* param_name, const char* elem_name) const;
+
+  // The reader's side. `text` is a whole tag from '<' to '>'.
+  static TagKind checkTag(const char* text);
+  // Replaces `*element` (owned, may be null) by a copy of the tag's name,
+  // pushes the name and adds the attributes that parse; the first broken one
+  // ends the list without a message.
+  void beginElement(const char* text, char** element);
+  void standaloneElement(const char* text, char** element);
+  // Replaces `*element` by the end tag's name. `*struct_ok` tells whether it
+  // names the innermost open element (false on an empty stack); only then,
+  // and when `pop` is set, that element goes with its attributes.
+  void endElement(const char* text, char** element, bool* struct_ok, bool pop);
+  // Removes the innermost element and the attributes of its level.
+  void popElement();
+  // Removes all elements and attributes.
+  void clear();
+  bool hasOpenElements() const;
+  size_t getPathLength() const;
+  // See R_XMLStack::getPath.
+  const char* getPath(char separator, char prefix);
+
+ private:
+  int levelOf(const char* elem_name) const;
+
+  R_XMLAttributes* attributes;  // owned
+  R_XMLStack* stack;            // owned
+};
+
+#endif
