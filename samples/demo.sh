@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Run by `make demo` after the build: exports the sample database with the
+# exporter and shows SD scores and percentiles of a few probands with
+# `auxtool calc`. The samples are Windows-1250 bytes; they are shown in
+# UTF-8 when iconv is there.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bin=build/bin
+knowledge=samples/knowledge.xml
+database=samples/probands.xml
+today=1.6.2024
+out=$(mktemp -d)
+trap 'rm -rf "$out"' EXIT
+
+show() {
+  if command -v iconv > /dev/null; then iconv -f WINDOWS-1250 -t UTF-8; else cat; fi
+}
+
+# The head line and the rows of one proband; the pattern is matched on bytes,
+# '.' standing for an accented letter.
+rows_of() {
+  LC_ALL=C grep -E "^(name,|$1,)"
+}
+
+echo "== $bin/exporter $knowledge $database $out/result.txt"
+"$bin/exporter" "$knowledge" "$database" "$out/result.txt"
+echo
+echo "== the first two result records (cut at 300 bytes)"
+sed 's/]}|||/]}|||\n/g' "$out/result.txt" | head -n 2 | cut -c 1-300 | show
+echo
+
+formulas=(HEIGHT HEIGHT:SD HEIGHT:P WEIGHT BMI BMI:SD BMI:P HEIGHT_VEL)
+echo "== auxtool calc ${formulas[*]} (a short girl followed to puberty)"
+"$bin/auxtool" calc "$knowledge" "$database" "${formulas[@]}" --today "$today" \
+  | rows_of "Dvo..kov. Tereza" | show
+echo
+
+echo "== auxtool calc HEIGHT:SD WEIGHT:SD FOH:SD FOH:P for a premature boy in his first years"
+"$bin/auxtool" calc "$knowledge" "$database" HEIGHT:SD WEIGHT:SD FOH:SD FOH:P --today "$today" \
+  | rows_of "Bla.ek Petr" | head -n 10 | show
+echo
+
+echo "== auxtool calc: mid-parental target height and its SD score, latest height SD score"
+"$bin/auxtool" calc "$knowledge" "$database" TARGET_HT TARGET_HT_SD HEIGHT:LAST_DEFINED:SD:AVG --today "$today" \
+  | head -n 11 | show
