@@ -6,8 +6,8 @@
 
 class R_BufferInputStream : public R_InputStream {
  public:
-  R_BufferInputStream(const unsigned char* buffer, int size)
-      : buffer(buffer), size(size), position(0) {}
+  R_BufferInputStream(const unsigned char* bytes, int byte_count)
+      : buffer(bytes), size(byte_count), position(0) {}
 
  protected:
   int read() override {

@@ -7,7 +7,7 @@
 
 class R_BufferOutputStream : public R_OutputStream {
  public:
-  R_BufferOutputStream(unsigned char* buffer, int size) : buffer(buffer), size(size), count(0) {}
+  R_BufferOutputStream(unsigned char* bytes, int room) : buffer(bytes), size(room), count(0) {}
 
   void put(int byte) override {
     if (count < size) buffer[count] = static_cast<unsigned char>(byte);
