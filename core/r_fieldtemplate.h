@@ -7,6 +7,7 @@
 #define CORE_R_FIELDTEMPLATE_H
 
 #include <cassert>
+#include <climits>
 #include <cstdlib>
 
 template <class T>
@@ -26,10 +27,12 @@ class R_FieldTemplate {
   // Null outside 0 to getSize()-1.
   T* get(int index) const { return (index >= 0 && index < size) ? field[index] : nullptr; }
   // Grows to index + step when needed (at least to index + 1); answers false
-  // and stores nothing when growing failed. Requires: index >= 0.
+  // and stores nothing when growing failed or the grown size would pass the
+  // int range. Requires: index >= 0.
   bool put(int index, T* item) {
     assert(index >= 0);
-    if (index >= size && !resize(index + (step > 0 ? step : 1))) return false;
+    int grow = step > 0 ? step : 1;
+    if (index >= size && (index > INT_MAX - grow || !resize(index + grow))) return false;
     field[index] = item;
     return true;
   }

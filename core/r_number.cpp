@@ -1,6 +1,7 @@
 #include "core/r_number.h"
 
 #include <cassert>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,11 @@ double R_Number::getValue() const {
 
 int R_Number::getInt() const {
   assert(defined);
+  // A cast of a double outside the int range is undefined behaviour, and
+  // stored or computed values can be anything: saturate, and NaN gives 0.
+  if (std::isnan(value)) return 0;
+  if (value >= 2147483647.0) return INT_MAX;
+  if (value <= -2147483648.0) return INT_MIN;
   return static_cast<int>(value);
 }
 
@@ -97,8 +103,12 @@ void R_Number::load(R_InputStream& stream, bool* ok) {
     *ok = false;
     return;
   }
-  // A stream that ends inside the value shows at the next type byte.
-  if (stream.readByte() > 0) set(stream.readDouble());
+  // A stream that ends inside the value leaves *ok alone: the failure shows
+  // at the next type byte. The number stays undefined rather than taking the
+  // 0 that a failed stream reads.
+  if (stream.readByte() <= 0) return;
+  double x = stream.readDouble();
+  if (stream.isOK()) set(x);
 }
 
 void R_Number::save(R_OutputStream& stream) const {

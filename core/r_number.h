@@ -18,7 +18,8 @@ class R_Number {
   bool isDefined() const { return defined; }
   // Requires: isDefined().
   double getValue() const;
-  // Truncated towards zero. Requires: isDefined().
+  // Truncated towards zero; values beyond the int range give INT_MIN or
+  // INT_MAX, NaN gives 0. Requires: isDefined().
   int getInt() const;
   // True unless the value equals 0.0. Requires: isDefined().
   bool getBool() const;
@@ -56,6 +57,9 @@ class R_Number {
   // the precision needs (ceil(-log10(precision)), at least 0).
   void formatToPrecision(double precision, char* buffer);
 
+  // Type byte 3, a flag byte, and for a defined number the double. A wrong
+  // type byte sets *ok false. A stream that ends inside the value leaves *ok
+  // alone (the next block will fail) and the number undefined.
   void load(R_InputStream& stream, bool* ok);
   void save(R_OutputStream& stream) const;
 

@@ -1,0 +1,31 @@
+#include "core/r_fileoutputstream.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/test_files.h"
+
+TEST(FileOutputStreamTest, WritesTheBytesAndReplacesAnOldFile) {
+  TempDir dir;
+  std::string path = dir.file("out.bin");
+  writeFile(path, "old content that is longer");
+  R_FileOutputStream out(path.c_str());
+  ASSERT_TRUE(out.isOK());
+  out.put(0);
+  out.writeWord(0x0A0D);
+  out.put(0xFF);
+  EXPECT_TRUE(out.close());
+  EXPECT_EQ(std::string("\x00\x0D\x0A\xFF", 4), readFile(path));
+}
+
+TEST(FileOutputStreamTest, AFileThatDoesNotOpenMakesPutsHarmless) {
+  TempDir dir;
+  R_FileOutputStream out(dir.file("no/such/dir/out.bin").c_str());
+  EXPECT_FALSE(out.isOK());
+  out.put(1);
+  out.writeDouble(2.0);
+  EXPECT_FALSE(out.close());
+  R_FileOutputStream unnamed("");
+  EXPECT_FALSE(unnamed.isOK());
+}

@@ -1,0 +1,85 @@
+// Helpers for pinning stored forms: bytes as hex text, saving a value into
+// memory, loading it back, and loading every cut-off prefix of a form.
+#ifndef TESTS_CORE_STORED_BYTES_H
+#define TESTS_CORE_STORED_BYTES_H
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "core/r_bufferinputstream.h"
+#include "core/r_bufferoutputstream.h"
+
+typedef std::vector<unsigned char> Bytes;
+
+// "03 01 F0" for the bytes 3, 1, 240.
+inline std::string hexOf(const Bytes& bytes) {
+  std::string text;
+  char pair[4];
+  for (unsigned char b : bytes) {
+    snprintf(pair, sizeof pair, "%02X", b);
+    if (!text.empty()) text += ' ';
+    text += pair;
+  }
+  return text;
+}
+
+// The inverse of hexOf: pairs of hex digits separated by blanks.
+inline Bytes bytesOf(const std::string& hex) {
+  Bytes bytes;
+  const char* p = hex.c_str();
+  char* end = nullptr;
+  for (long b = strtol(p, &end, 16); end != p; b = strtol(p, &end, 16)) {
+    bytes.push_back(static_cast<unsigned char>(b));
+    p = end;
+  }
+  return bytes;
+}
+
+inline Bytes operator+(Bytes a, const Bytes& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+// What `value.save` writes, measured first through a zero-sized buffer.
+template <class T>
+Bytes savedBytes(const T& value) {
+  R_BufferOutputStream measure(nullptr, 0);
+  value.save(measure);
+  Bytes bytes(static_cast<size_t>(measure.getCount()));
+  R_BufferOutputStream out(bytes.data(), measure.getCount());
+  value.save(out);
+  return bytes;
+}
+
+// Loads a T from exactly `bytes` (ok must stay true and nothing may be left
+// over) and answers what the loaded value saves.
+template <class T>
+Bytes reloadAndSave(const Bytes& bytes) {
+  R_BufferInputStream in(bytes.data(), static_cast<int>(bytes.size()));
+  bool ok = true;
+  T value;
+  value.load(in, &ok);
+  EXPECT_TRUE(ok);
+  EXPECT_EQ(-1, in.readByte()) << "bytes left behind the value";
+  return savedBytes(value);
+}
+
+// Loads a T from every proper prefix of `bytes` and hands the outcome to
+// `check(value, ok, stream)`.
+template <class T, class Check>
+void forEachTruncation(const Bytes& bytes, Check check) {
+  for (size_t cut = 0; cut < bytes.size(); ++cut) {
+    SCOPED_TRACE("cut after " + std::to_string(cut) + " bytes");
+    R_BufferInputStream stream(bytes.data(), static_cast<int>(cut));
+    bool ok = true;
+    T value;
+    value.load(stream, &ok);
+    check(value, ok, stream);
+  }
+}
+
+#endif
