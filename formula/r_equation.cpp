@@ -1,6 +1,7 @@
 #include "formula/r_equation.h"
 
 #include <cassert>
+#include <cstring>
 
 #include "core/r_ascii.h"
 #include "core/r_inputstream.h"
@@ -42,6 +43,46 @@ void appendChain(const char* definition, std::string& text) {
     else if (!R_isBlank(static_cast<unsigned char>(p[1])))
       text += ':';
   }
+}
+
+// Operators whose characters the XML reader cannot take back (a '<' or '>'
+// in element text or an attribute breaks the tag structure, and the escaped
+// forms are not decoded on reading) are written as the keywords that
+// translate to them, so that a written formula reads back to the same
+// translated text. Longer codes come first.
+struct OperatorWord {
+  const char* code;
+  const char* source;
+};
+const OperatorWord kOperatorWords[] = {
+    {"<=", " LTEQ "}, {">=", " GTEQ "}, {"<>", " # "}, {"=>", " = GT "},
+    {"<", " LT "},    {">", " GT "},    {"&", " AND "},
+};
+
+// Appends the source of the operator or character at `code`; answers how
+// many bytes of the translated text it stood for.
+size_t appendOperator(const char* code, std::string& text) {
+  for (const OperatorWord& entry : kOperatorWords) {
+    size_t n = strlen(entry.code);
+    if (strncmp(code, entry.code, n) == 0) {
+      text += entry.source;
+      return n;
+    }
+  }
+  text += *code;
+  return 1;
+}
+
+// A name followed at once by a letter, digit or another reference would read
+// back as one longer name; a blank keeps them apart.
+void separateFromNext(char next, std::string& text) {
+  if (next != 0 && !strchr("^+-*/=<>()&|!?", next)) text += ' ';
+}
+
+void trimBlanks(std::string& text) {
+  size_t first = text.find_first_not_of(' ');
+  size_t last = text.find_last_not_of(' ');
+  text = first == std::string::npos ? std::string() : text.substr(first, last - first + 1);
 }
 
 }  // namespace
@@ -137,14 +178,17 @@ bool R_Equation::getExpressionText(int index, R_String& buffer, const R_FileStat
   for (size_t i = 0; sound && code[i]; ++i) {
     if (code[i] == '@') {
       appendReference(code[++i], text, stats, &sound);
+      separateFromNext(code[i] ? code[i + 1] : 0, text);
     } else if (code[i] == '$') {
       const char* word = sourceOfCode(code[++i]);
       if (word) text += word;
       sound = word != nullptr;
+      separateFromNext(code[i] ? code[i + 1] : 0, text);
     } else {
-      text += code[i];
+      i += appendOperator(code + i, text) - 1;
     }
   }
+  trimBlanks(text);
   sound = sound && !text.empty() && text.size() < static_cast<size_t>(limit);
   buffer.set(sound ? text.c_str() : nullptr);
   return sound;

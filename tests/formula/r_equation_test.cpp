@@ -180,12 +180,15 @@ TEST(EquationTest, ExpressionTextsReadBackAsTheSameExpression) {
   };
   const Row rows[] = {
       {"height:prev - 2 * WEIGHT", "HEIGHT:PREV-2*WEIGHT:"},
-      {"AGE_TODAY GT 2.5 AND MALE", "AGE_TODAY>2.5&MALE"},
-      {"NOT (HEIGHT:ABOVE[100] # 3)", "!(HEIGHT:ABOVE[100]<>3)"},
+      {"AGE_TODAY GT 2.5 AND MALE", "AGE_TODAY GT 2.5 AND MALE"},
+      {"NOT (HEIGHT:ABOVE[100] # 3)", "!(HEIGHT:ABOVE[100] # 3)"},
+      {"height LT weight =>(weight GT height) @ height < 2", "HEIGHT: LT WEIGHT: = GT (WEIGHT: GT HEIGHT:) AND HEIGHT: LT 2"},
+      {"HEIGHT MALE", "HEIGHT: MALE"},
+      {"height weight", "HEIGHT: WEIGHT:"},
       {"WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG", "WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG"},
       {"ALWAYS", "1"},
       {"female or is_proband", "FEMALE|IS_PROBAND"},
-      {"HEIGHT LTEQ 3 @ WEIGHT GTEQ 1e2", "HEIGHT:<=3&WEIGHT:>=1E2"},
+      {"HEIGHT LTEQ 3 @ WEIGHT GTEQ 1e2", "HEIGHT: LTEQ 3 AND WEIGHT: GTEQ 1E2"},
       {"sdp(weight:sd) * pi", "SDP(WEIGHT:SD)*PI"},
       {"MALE: + PI: + male:prev", "MALE:+PI:+MALE:PREV"},
   };
