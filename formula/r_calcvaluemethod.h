@@ -13,6 +13,9 @@
 
 #include "core/r_number.h"
 
+class R_CalcValue;
+class R_File;
+
 class R_CalcValueMethod {
  public:
   // One enumerator per keyword, in the order of the keyword table.
@@ -81,6 +84,18 @@ class R_CalcValueMethod {
   static const char* getKeyword(Method method);
   static bool isVisitBound(Method method);
   static ParamKind getParamKind(Method method);
+
+  // Applies each method word of `definition` (words separated by blanks)
+  // from left to right. `varindex` is the referenced variable (at 0 or
+  // above), `sex` 0 male, 1 female, 2 unknown, `age` the age today and
+  // `visit` the current visit or -1.
+  static void applyChain(R_CalcValue& value, const char* definition, int varindex, const R_File& file, int sex,
+                         const R_Number& age, int visit);
+  // One method. A method can't fail: what it can't compute becomes
+  // undefined, and an undefined value stays undefined except under DEFINED,
+  // which makes it the scalar 0. The value is normalised afterwards.
+  static void apply(R_CalcValue& value, Method method, const R_Number& param, int varindex, const R_File& file,
+                    int sex, const R_Number& age, int visit);
 };
 
 #endif
