@@ -1,0 +1,39 @@
+// The variable names that a stored proband lists before its values: the
+// names of the knowledge file that wrote it, which need not be the file it
+// is read with. Owns the names. The array grows with the names actually
+// read, so a damaged count cannot make it allocate more than the stream
+// holds.
+#ifndef PROBAND_R_PROBANDNAMETABLE_H
+#define PROBAND_R_PROBANDNAMETABLE_H
+
+#include "core/r_integer.h"
+#include "core/r_string.h"
+
+class R_InputStream;
+
+class R_ProbandNameTable {
+ public:
+  // Reads the count (an R_Integer block) and, if it is above 0, that many
+  // names (R_String blocks). Follows the load convention: nothing is read
+  // when *ok is false, and a failure sets it false, keeping the names read
+  // before it.
+  R_ProbandNameTable(R_InputStream& stream, bool* ok);
+  ~R_ProbandNameTable();
+  R_ProbandNameTable(const R_ProbandNameTable&) = delete;
+  R_ProbandNameTable& operator=(const R_ProbandNameTable&) = delete;
+
+  // The names read, which is the stored count unless the read failed.
+  int getCount() const { return count; }
+  // Requires: 0 <= index < getCount().
+  const char* getName(int index) const;
+
+ private:
+  bool append(R_String* name);
+
+  R_Integer size;     // the stored count
+  R_String** names;   // owned array of owned names, `capacity` long
+  int count;
+  int capacity;
+};
+
+#endif
