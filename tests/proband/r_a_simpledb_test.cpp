@@ -1,0 +1,327 @@
+#include "proband/r_a_simpledb.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <string>
+#include <vector>
+
+#include "core/r_ascii.h"
+#include "tests/proband/proband_support.h"
+#include "tests/support/test_files.h"
+
+namespace {
+
+class SimpleDBTest : public ::testing::Test {
+ protected:
+  SimpleDBTest() : file(loadKnowledge("knowledge.xml")), security(true) {}
+
+  std::unique_ptr<R_A_SimpleDB> open(const std::string& path, bool binary) {
+    return std::unique_ptr<R_A_SimpleDB>(new R_A_SimpleDB(&security, file.get(), path.c_str(), binary, &reporter));
+  }
+  // "name/comment" per record, in table order.
+  static std::string names(const R_A_SimpleDB& db) {
+    std::string result;
+    for (int i = 0; i < db.getN(); ++i)
+      result += std::string(i ? " " : "") + db.getText(i, 0).get() + "/" + db.getText(i, 1).get();
+    return result;
+  }
+  static int add(R_A_SimpleDB& db, const char* name, const char* comment, int sex = 0) {
+    int index = db.addRecord(sex);
+    db.setText(index, 1, comment);
+    db.setText(index, 0, name);
+    return index;
+  }
+
+  std::unique_ptr<R_File> file;
+  FixedSecurity security;
+  CollectingReporter reporter;
+  TempDir dir;
+};
+
+// The database of the expected XML file, built through the interface.
+void fillTwoRecords(R_A_SimpleDB& db) {
+  int index = db.addRecord(-1);
+  db.setText(index, 1, "note");
+  db.setText(index, 0, "beta");
+  index = db.addRecord(1);
+  db.setText(index, 0, "Alpha");
+  R_Proband* proband = db.getProband(index);
+  proband->setAnamnesticValue("FATHER_HT", R_Number(180.0));
+  int visit = proband->addVisit(R_Number(5.5), R_Date());
+  proband->setVisitComment(visit, "first");
+  proband->setFollowedValue(visit, "HEIGHT", R_Number(110.0));
+}
+
+}  // namespace
+
+TEST_F(SimpleDBTest, AMissingFileGivesAnEmptyDatabaseWithoutAMessage) {
+  EXPECT_EQ(0, open(dir.file("none.xml"), false)->getN());
+  EXPECT_EQ(0, open(dir.file("none.bin"), true)->getN());
+  EXPECT_TRUE(reporter.messages().empty());
+}
+
+TEST_F(SimpleDBTest, ABadRecordIsLeftOutAndReportedInnermostFirst) {
+  std::unique_ptr<R_A_SimpleDB> db = open(testData("proband/one_bad_record.xml"), false);
+  EXPECT_EQ("Alpha/Zebrafish keeper alpha/ beta/second letter", names(*db));
+  const std::vector<std::string> expected = {
+      "data error closing block </proband>: wrong proband data",
+      "Error while processing database record.",
+      "(23) data error closing block </p_record>: error while reading record",
+      "(28) Error while processing database.",
+  };
+  EXPECT_EQ(expected, reporter.messages());
+  EXPECT_EQ(180.0, db->getProband(2)->getAnamnesticNumber(0).getValue());
+}
+
+TEST_F(SimpleDBTest, TheXMLFileIsWrittenWholeAndReadsBackToTheSameBytes) {
+  const std::string path = dir.file("db.xml");
+  std::unique_ptr<R_A_SimpleDB> db = open(path, false);
+  fillTwoRecords(*db);
+  ASSERT_TRUE(db->save(0));
+  const std::string written = readFile(path);
+  EXPECT_EQ(readFile(testData("proband/two_records_expected.xml")), written);
+  EXPECT_FALSE(fileExists(path + ".tmp"));
+
+  std::unique_ptr<R_A_SimpleDB> again = open(path, false);
+  EXPECT_EQ("Alpha/ beta/note", names(*again));
+  EXPECT_FALSE(again->getProband(1)->isSexDefined());
+  ASSERT_TRUE(again->save(0));
+  EXPECT_EQ(written, readFile(path));
+  EXPECT_TRUE(reporter.messages().empty());
+}
+
+TEST_F(SimpleDBTest, TheBinaryFileOfOneRecordIsPinned) {
+  const std::string path = dir.file("db.bin");
+  std::unique_ptr<R_A_SimpleDB> db = open(path, true);
+  int index = db->addRecord(0);
+  db->setText(index, 0, "A");
+  ASSERT_TRUE(db->save(0));
+  const std::string expected = std::string(
+      "\x51\x02\x01\x00\x00\x00"
+      "\x50\x01\x01\x00" "A" "\x01\x00\x00"
+      "\x21\x01\x00\x00\x20\x00\x00\x00\x00\x02\x01\x00\x00\x00"
+      "\x02\x02\x00\x00\x00\x01\x09\x00" "FATHER_HT" "\x01\x09\x00" "MOTHER_HT" "\x03\x00\x03\x00"
+      "\x02\x00\x00\x00\x00\x02\x02\x00\x00\x00\x01\x06\x00" "HEIGHT" "\x01\x06\x00" "WEIGHT",
+      89);
+  EXPECT_EQ(expected, readFile(path));
+}
+
+TEST_F(SimpleDBTest, TheBinaryFileReadsBackToTheSameBytes) {
+  const std::string xml_path = dir.file("db.xml");
+  writeFile(xml_path, readFile(testData("proband/one_bad_record.xml")));
+  std::unique_ptr<R_A_SimpleDB> source = open(xml_path, false);
+  const std::string path = dir.file("db.bin");
+  std::unique_ptr<R_A_SimpleDB> db = open(path, true);
+  for (int i = 0; i < source->getN(); ++i) {
+    int index = add(*db, source->getText(i, 0).get(), source->getText(i, 1).get());
+    db->getProband(index)->copyFrom(*source->getProband(i));
+  }
+  fillTwoRecords(*db);
+  ASSERT_TRUE(db->save(0));
+  const std::string written = readFile(path);
+  std::unique_ptr<R_A_SimpleDB> again = open(path, true);
+  EXPECT_EQ(names(*db), names(*again));
+  ASSERT_TRUE(again->save(0));
+  EXPECT_EQ(written, readFile(path));
+
+  for (size_t length = 0; length < written.size(); ++length) {
+    SCOPED_TRACE(length);
+    writeFile(path, written.substr(0, length));
+    std::unique_ptr<R_A_SimpleDB> cut = open(path, true);
+    EXPECT_LE(cut->getN(), db->getN());
+  }
+}
+
+TEST_F(SimpleDBTest, ACountBeyondTheStoredRecordsAddsOneEmptyRecordInFront) {
+  const std::string path = dir.file("db.bin");
+  std::unique_ptr<R_A_SimpleDB> db = open(path, true);
+  add(*db, "b", "x");
+  add(*db, "c", "y");
+  ASSERT_TRUE(db->save(0));
+  std::string bytes = readFile(path);
+  ASSERT_EQ('\x02', bytes[2]);
+  bytes[2] = '\x03';
+  writeFile(path, bytes);
+  std::unique_ptr<R_A_SimpleDB> again = open(path, true);
+  EXPECT_EQ("/ b/x c/y", names(*again));
+  EXPECT_FALSE(again->getProband(0)->isSexDefined());
+
+  bytes[0] = '\x50';
+  writeFile(path, bytes);
+  EXPECT_EQ(0, open(path, true)->getN());
+  EXPECT_TRUE(reporter.messages().empty());
+}
+
+TEST_F(SimpleDBTest, NamesSortWithoutRegardToCaseAndEqualNamesKeepTheirArrival) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  add(*db, "beta", "1");
+  add(*db, "Alpha", "2");
+  add(*db, "alpha", "3");
+  add(*db, "\xC8" "ech", "4");
+  add(*db, "ALPHA", "5");
+  add(*db, "Zeta", "6");
+  EXPECT_EQ("Alpha/2 alpha/3 ALPHA/5 beta/1 Zeta/6 \xC8" "ech/4", names(*db));
+  EXPECT_EQ(1, db->findByName("alpha"));
+  EXPECT_EQ(2, db->findByName("ALPHA"));
+  EXPECT_EQ(-1, db->findByName("aLPHA"));
+  EXPECT_EQ(-1, db->findByName("alph"));
+  EXPECT_EQ(-1, db->findByName(nullptr));
+}
+
+TEST_F(SimpleDBTest, ANewNameMovesTheRecordAndTheIndexFollows) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  add(*db, "beta", "1");
+  add(*db, "gamma", "2");
+  int index = 1;
+  db->setText(index, 0, "Aaron");
+  EXPECT_EQ(0, index);
+  EXPECT_EQ("Aaron/2 beta/1", names(*db));
+  db->setText(index, 1, "zz");
+  EXPECT_EQ(0, index);
+  EXPECT_EQ("Aaron/zz beta/1", names(*db));
+  for (int bad : {-1, 2}) {
+    index = bad;
+    db->setText(index, 0, "x");
+    EXPECT_EQ(bad, index);
+  }
+  EXPECT_EQ("Aaron/zz beta/1", names(*db));
+  EXPECT_STREQ("", db->getText(-1, 0).get());
+  EXPECT_STREQ("", db->getText(2, 1).get());
+  EXPECT_EQ(nullptr, db->getProband(-1));
+  EXPECT_EQ(nullptr, db->getProband(2));
+}
+
+TEST_F(SimpleDBTest, SelectMatchesNameOrCommentAndClearsTheOthers) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  add(*db, "Zebra", "");
+  add(*db, "Ant", "likes Zebrafish");
+  add(*db, "Bee", "ze b");
+  add(*db, "Cat", "");
+  db->select(nullptr);
+  EXPECT_EQ(4, db->getSelectedCount());
+  db->select("zeb");
+  EXPECT_EQ(2, db->getSelectedCount());
+  EXPECT_TRUE(db->isSelected(0));
+  EXPECT_FALSE(db->isSelected(1));
+  EXPECT_FALSE(db->isSelected(2));
+  EXPECT_TRUE(db->isSelected(3));
+  EXPECT_FALSE(db->isSelected(-1));
+  EXPECT_FALSE(db->isSelected(4));
+  db->setSelected(2, true);
+  db->removeBySelection(false);
+  EXPECT_EQ("Ant/likes Zebrafish Cat/ Zebra/", names(*db));
+  db->removeBySelection(true);
+  EXPECT_EQ(0, db->getN());
+}
+
+TEST_F(SimpleDBTest, RecordIdentifiersGoThroughTheSecurityObject) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  add(*db, "a", "");
+  add(*db, "b", "");
+  char buffer[16] = "old";
+  EXPECT_TRUE(db->getRecordId(1, 0, buffer));
+  EXPECT_STREQ("R1", buffer);
+  EXPECT_EQ(1, db->findRecord("R1", 0));
+  EXPECT_EQ(-1, db->findRecord("R2", 0));
+  EXPECT_EQ(-1, db->findRecord("X", 0));
+
+  FixedSecurity refusing(false);
+  R_A_SimpleDB closed(&refusing, file.get(), dir.file("db.xml").c_str(), false, &reporter);
+  EXPECT_TRUE(closed.getRecordId(0, 0, buffer));
+  EXPECT_STREQ("", buffer);
+  EXPECT_EQ(-1, closed.findRecord("R0", 0));
+}
+
+TEST_F(SimpleDBTest, RemoveRecordSavesAtOnce) {
+  const std::string path = dir.file("db.xml");
+  std::unique_ptr<R_A_SimpleDB> db = open(path, false);
+  add(*db, "a", "");
+  add(*db, "b", "");
+  ASSERT_TRUE(db->save(0));
+  db->removeRecord(5);
+  db->removeRecord(0);
+  EXPECT_EQ("b/", names(*open(path, false)));
+}
+
+TEST_F(SimpleDBTest, LoadTextAddsRecordsToThoseInMemory) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  add(*db, "m", "");
+  EXPECT_TRUE(db->loadText("<p_database><p_record><p_name> n </p_name><proband/></p_record>"
+                           "<p_record><p_name>a</p_name></p_record></p_database>"));
+  EXPECT_EQ("a/ m/ n/", names(*db));
+  EXPECT_FALSE(db->loadText("<p_database><p_record>"));
+  EXPECT_FALSE(db->loadText(nullptr));
+  EXPECT_EQ(3, db->getN());
+}
+
+TEST_F(SimpleDBTest, AFailedSaveLeavesTheOldFileAsItWas) {
+  std::unique_ptr<R_A_SimpleDB> nowhere = open(dir.file("missing/db.xml"), false);
+  add(*nowhere, "a", "");
+  EXPECT_FALSE(nowhere->save(0));
+  EXPECT_FALSE(fileExists(dir.file("missing")));
+
+  // The file was read from a directory that has gone since.
+  ASSERT_EQ(0, mkdir(dir.file("sub").c_str(), 0700));
+  std::unique_ptr<R_A_SimpleDB> moved = open(dir.file("sub/db.xml"), false);
+  add(*moved, "a", "");
+  ASSERT_TRUE(moved->save(0));
+  const std::string saved = readFile(dir.file("sub/db.xml"));
+  ASSERT_EQ(0, rename(dir.file("sub").c_str(), dir.file("gone").c_str()));
+  add(*moved, "b", "");
+  EXPECT_FALSE(moved->save(0));
+  EXPECT_EQ(saved, readFile(dir.file("gone/db.xml")));
+  EXPECT_FALSE(fileExists(dir.file("sub")));
+
+  for (bool binary : {false, true}) {
+    SCOPED_TRACE(binary);
+    const std::string path = dir.file(binary ? "db.bin" : "db.xml");
+    std::unique_ptr<R_A_SimpleDB> db = open(path, binary);
+    add(*db, "a", "");
+    ASSERT_TRUE(db->save(0));
+    const std::string old_bytes = readFile(path);
+    ASSERT_EQ(0, mkdir((path + ".tmp").c_str(), 0700));
+    add(*db, "b", "");
+    EXPECT_FALSE(db->save(0));
+    EXPECT_EQ(old_bytes, readFile(path));
+    EXPECT_TRUE(fileExists(path + ".tmp"));
+  }
+}
+
+TEST_F(SimpleDBTest, ManyRecordsInAnyOrderComeOutSortedWithArrivalKept) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  std::string text = "<p_database>";
+  const int count = 3000;
+  for (int i = 0; i < count; ++i) {
+    int key = (i * 7919) % 1000;  // every key three times, scattered
+    text += "<p_record><p_name>" + std::string(i % 2 ? "k" : "K") + std::to_string(key) + "</p_name><p_comment>" +
+            std::to_string(i) + "</p_comment></p_record>";
+  }
+  text += "</p_database>";
+  ASSERT_TRUE(db->loadText(text.c_str()));
+  ASSERT_EQ(count, db->getN());
+  for (int i = 1; i < count; ++i) {
+    int order = R_stricmp(db->getText(i - 1, 0).get(), db->getText(i, 0).get());
+    ASSERT_LE(order, 0) << i;
+    if (order == 0) {
+      ASSERT_LT(atoi(db->getText(i - 1, 1).get()), atoi(db->getText(i, 1).get())) << i;
+    }
+  }
+}
+
+TEST_F(SimpleDBTest, ARecordLongerThanTheCaptureArrivesEmptyAndIsRefused) {
+  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
+  const std::string long_comment(16400, 'c');
+  EXPECT_FALSE(db->loadText(("<p_database><p_record><p_name>long</p_name><p_comment>" + long_comment +
+                             "</p_comment></p_record><p_record><p_name>short</p_name></p_record></p_database>")
+                                .c_str()));
+  EXPECT_EQ("short/", names(*db));
+  const std::vector<std::string> expected = {
+      "no input data",
+      "Error while processing database record.",
+      "data error closing block </p_record>: error while reading record",
+      "Error while processing database.",
+  };
+  EXPECT_EQ(expected, reporter.messages());
+}
