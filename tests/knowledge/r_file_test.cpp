@@ -305,3 +305,31 @@ TEST_F(KnowledgeFileTest, AMissingFileFailsInThePrescan) {
                                       "Error while processing file."}),
             loadXML(file, dir.file("none.xml")));
 }
+
+// Damaged files must fail cleanly, whatever the damage: the loads run under
+// the sanitizers in the test builds.
+TEST_F(KnowledgeFileTest, BinaryFileWithAnyByteChangedLoadsOrFailsCleanly) {
+  R_File original;
+  ASSERT_EQ(std::vector<std::string>(), loadXML(original, minimalPath()));
+  ASSERT_TRUE(original.saveBinary(dir.file("whole.bin").c_str()));
+  const std::string whole = readFile(dir.file("whole.bin"));
+  std::string path = dir.file("changed.bin");
+  for (size_t at = 0; at < whole.size(); ++at) {
+    std::string changed = whole;
+    changed[at] = static_cast<char>(~changed[at]);
+    writeFile(path, changed);
+    R_File file;
+    file.loadBinary(path.c_str());
+  }
+}
+
+TEST_F(KnowledgeFileTest, XMLFileCutAtAnyLengthFailsCleanly) {
+  const std::string whole = readFile(minimalPath());
+  std::string path = dir.file("cut.xml");
+  for (size_t cut = 0; cut + 1 < whole.size(); cut += 3) {  // the last byte is a line feed
+    SCOPED_TRACE("cut after " + std::to_string(cut) + " bytes");
+    writeFile(path, whole.substr(0, cut));
+    R_File file;
+    EXPECT_FALSE(file.loadXML(path.c_str(), nullptr));
+  }
+}
