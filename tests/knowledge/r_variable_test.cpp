@@ -293,6 +293,22 @@ TEST_F(VariableTest, BinaryFormOfEveryKindLoadsAndSavesTheSameBytes) {
   }
 }
 
+TEST_F(VariableTest, AnAgeVariableKeepsItsXYRefInTheBinaryFormOnly) {
+  R_Variable variable;
+  ASSERT_TRUE(load(variable, "<id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\"/><name>A</name>"
+                             "<xyref><xvar>AGE</xvar><yvar>HEIGHT</yvar></xyref>")
+                  .empty());
+  EXPECT_EQ(std::string::npos,
+            xmlWrittenBy([&](R_XMLTextOutput& out) { variable.saveXML(out, *statistics); }).find("xyref"));
+  Bytes bytes = savedBytes(variable);
+  R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
+  bool ok = true;
+  R_Variable loaded;
+  loaded.load(0, stream, &ok);
+  ASSERT_TRUE(ok);
+  EXPECT_TRUE(loaded.getXYVar() == R_XYVar(-1, 0, 1));
+}
+
 TEST(VariableBinaryTest, ACalculatedVariableWithoutAValidEquationFails) {
   // Properties 4|32|64|24 = 124, name "C", no help id, then an equation
   // stored as invalid (tag 6, byte 0).
