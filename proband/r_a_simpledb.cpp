@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "core/r_ascii.h"
 #include "core/r_fileinputstream.h"
@@ -228,22 +229,19 @@ int R_A_SimpleDB::findRecord(const char* id, int client) {
 
 // ---- Writing ----
 
-bool R_A_SimpleDB::save(int) {
-  if (path.isEmpty()) return false;
-  size_t length = strlen(path.get()) + strlen(kTemporarySuffix) + 1;
-  char* name = new char[length];
-  snprintf(name, length, "%s%s", path.get(), kTemporarySuffix);
-  bool saved = binary ? saveBinary(name) : saveXML(name);
-  if (saved && rename(name, path.get()) != 0) {
-    remove(name);
+bool R_A_SimpleDB::save(int) { return saveAs(path.get(), binary); }
+
+bool R_A_SimpleDB::saveAs(const char* target, bool as_binary) const {
+  if (!target || !*target) return false;
+  std::string temporary = std::string(target) + kTemporarySuffix;
+  bool saved = as_binary ? saveBinary(temporary.c_str()) : saveXML(temporary.c_str());
+  if (saved && rename(temporary.c_str(), target) != 0) {
+    remove(temporary.c_str());
     saved = false;
   }
-  delete[] name;
   return saved;
 }
 
-// Each writer removes its file again when it was created but not completed;
-// a file it could not create is not touched.
 bool R_A_SimpleDB::saveBinary(const char* target) const {
   R_FileOutputStream stream(target);
   if (!stream.isOK()) return false;

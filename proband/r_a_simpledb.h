@@ -47,6 +47,10 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   void removeRecord(int index) override;
   R_Proband* getProband(int index) const override;
   bool save(int index) override;
+  // Writes the whole database to `target` in the binary or the XML form,
+  // through a temporary file beside it that replaces `target` only once it
+  // was written completely; a failed save leaves `target` as it was.
+  bool saveAs(const char* target, bool as_binary) const;
   int findByName(const char* name) const override;
 
   // Deletes every record whose selection flag equals `selected`. No save.

@@ -1,0 +1,93 @@
+#include "tools/auxtool/synthcommand.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "exporter/mysecurity.h"
+#include "knowledge/r_file.h"
+#include "proband/r_a_simpledb.h"
+#include "tools/auxtool/exitcodes.h"
+#include "tools/auxtool/fileloading.h"
+#include "tools/auxtool/printreporter.h"
+#include "tools/auxtool/probandsynthesizer.h"
+
+const char* const kSynthUsage =
+    "usage: auxtool synth KNOWLEDGE N OUT [--seed S] [--to xml|bin]\n"
+    "  Writes a database of N synthetic probands for the knowledge file, in XML\n"
+    "  (default) or binary form. The same seed (default 1) gives the same file.\n";
+
+namespace {
+
+struct SynthOptions {
+  const char* knowledge = nullptr;
+  long count = -1;
+  const char* out = nullptr;
+  unsigned long long seed = 1;
+  bool binary = false;
+};
+
+bool parseCount(const char* text, long* count) {
+  char* end = nullptr;
+  long value = strtol(text, &end, 10);
+  if (!*text || *end || value < 0 || value > 100000000) return false;
+  *count = value;
+  return true;
+}
+
+bool parseOptions(int argc, const char* const* argv, SynthOptions* options) {
+  int positional = 0;
+  for (int i = 0; i < argc; ++i) {
+    if (strcmp(argv[i], "--seed") == 0) {
+      if (++i >= argc) return false;
+      char* end = nullptr;
+      options->seed = strtoull(argv[i], &end, 10);
+      if (!*argv[i] || *end) return false;
+    } else if (strcmp(argv[i], "--to") == 0) {
+      if (++i >= argc || (strcmp(argv[i], "xml") != 0 && strcmp(argv[i], "bin") != 0)) return false;
+      options->binary = strcmp(argv[i], "bin") == 0;
+    } else if (positional == 0) {
+      options->knowledge = argv[i];
+      ++positional;
+    } else if (positional == 1) {
+      if (!parseCount(argv[i], &options->count)) return false;
+      ++positional;
+    } else if (positional == 2) {
+      options->out = argv[i];
+      ++positional;
+    } else {
+      return false;
+    }
+  }
+  return positional == 3;
+}
+
+}  // namespace
+
+int runSynthCommand(int argc, const char* const* argv) {
+  SynthOptions options;
+  if (!parseOptions(argc, argv, &options)) {
+    fputs(kSynthUsage, stderr);
+    return kExitUsageError;
+  }
+  PrintReporter reporter(stderr);
+  R_File file;
+  if (!loadKnowledgeFile(file, options.knowledge, reporter)) return kExitRefused;
+  MySecurity security;
+  // An empty path opens nothing: the database starts empty and is written
+  // to OUT at the end.
+  R_A_SimpleDB database(&security, &file, "", options.binary, &reporter);
+  ProbandSynthesizer synthesizer(file, options.seed);
+  for (long i = 0; i < options.count; ++i) {
+    if (!synthesizer.addTo(database)) {
+      fprintf(stderr, "Can not add proband %ld\n", i);
+      return kExitRefused;
+    }
+  }
+  if (!database.saveAs(options.out, options.binary)) {
+    fprintf(stderr, "Can not write %s\n", options.out);
+    return kExitRefused;
+  }
+  return kExitSuccess;
+}
