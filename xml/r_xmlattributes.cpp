@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/r_ascii.h"
 
 namespace {
 
@@ -25,9 +24,10 @@ const char* skipNameChars(const char* p) {
 const char* readValue(const char* p, const char** begin, const char** end) {
   if (*p == '"') {
     *begin = p + 1;
-    *end = strchr(*begin, '"');
-    if (!*end) *end = *begin + strlen(*begin);
-    return **end == '"' ? *end + 1 : *end;
+    const char* q = *begin;
+    while (*q && *q != '"') ++q;
+    *end = q;
+    return *q ? q + 1 : q;
   }
   if (!R_XMLAttributes::isNameChar(byteAt(p))) return nullptr;
   *begin = p;
@@ -36,10 +36,6 @@ const char* readValue(const char* p, const char** begin, const char** end) {
 }
 
 }  // namespace
-
-bool R_XMLAttributes::isNameChar(int c) {
-  return R_isAlnum(c) || c == '_' || c == '-' || c == '.';
-}
 
 bool R_XMLAttributes::select(bool first) {
   selected = first ? head : (selected ? selected->next : nullptr);

@@ -6,6 +6,8 @@
 #ifndef XML_R_XMLATTRIBUTES_H
 #define XML_R_XMLATTRIBUTES_H
 
+#include "core/r_ascii.h"
+
 class R_XMLAttributes {
  public:
   R_XMLAttributes() : head(nullptr), selected(nullptr) {}
@@ -14,7 +16,7 @@ class R_XMLAttributes {
   R_XMLAttributes& operator=(const R_XMLAttributes&) = delete;
 
   // The bytes of element and attribute names, and of bare values.
-  static bool isNameChar(int c);
+  static bool isNameChar(int c) { return R_isAlnum(c) || c == '_' || c == '-' || c == '.'; }
 
   // Puts the cursor on the newest entry when `first`, else on the next one.
   // Answers whether the cursor stands on an entry.

@@ -1,6 +1,5 @@
 #include "xml/r_xmlparameters.h"
 
-#include <cstdlib>
 #include <cstring>
 
 #include "core/r_ascii.h"
@@ -11,22 +10,15 @@ namespace {
 
 bool isLetterAt(const char* p) { return R_isLetter(static_cast<unsigned char>(*p)); }
 
-// Replaces `*element` by a copy of the name that starts at the first ASCII
-// letter of `text`; answers the position behind the name.
-int copyName(const char* text, char** element) {
+// Copies into `element` the name that starts at the first ASCII letter of
+// `text`; answers the position behind the name and its length.
+int copyName(const char* text, char* element, size_t* length) {
   const char* begin = text;
   while (*begin && !isLetterAt(begin)) ++begin;
   const char* end = begin;
-  while (R_XMLAttributes::isNameChar(static_cast<unsigned char>(*end))) ++end;
-  size_t length = static_cast<size_t>(end - begin);
-  char* copy = static_cast<char*>(realloc(*element, length + 1));
-  if (copy) {
-    memcpy(copy, begin, length);
-    copy[length] = 0;
-    *element = copy;
-  } else if (*element) {
-    **element = 0;
-  }
+  while (R_XMLAttributes::isNameChar(static_cast<unsigned char>(*end))) *element++ = *end++;
+  *element = 0;
+  *length = static_cast<size_t>(end - begin);
   return static_cast<int>(end - text);
 }
 
@@ -70,9 +62,12 @@ const char* R_XMLParameters::getParameterInElement(const char* param_name,
 }
 
 R_XMLParameters::TagKind R_XMLParameters::checkTag(const char* text) {
-  const char* open = strchr(text, '<');
+  // The first '<' must come at least two places before the first '>'.
   const char* close = strchr(text, '>');
-  if (!open || !close || close - open < 2) return elementUnknown;
+  if (!close) return elementUnknown;
+  const char* open = text;
+  while (open < close && *open != '<') ++open;
+  if (close - open < 2) return elementUnknown;
   char c = open[1];
   if (c == '!' || c == '?') return elementSkipped;
   if (c == '/' && isLetterAt(open + 2)) return elementEnd;
@@ -80,23 +75,25 @@ R_XMLParameters::TagKind R_XMLParameters::checkTag(const char* text) {
   return close[-1] == '/' ? elementStandalone : elementBegin;
 }
 
-void R_XMLParameters::beginElement(const char* text, char** element) {
-  int position = copyName(text, element);
+void R_XMLParameters::beginElement(const char* text, char* element) {
+  size_t length = 0;
+  int position = copyName(text, element, &length);
   int level = stack->getCount();
-  stack->push(*element);
+  stack->push(element, length);
   while (attributes->parse(text, &position, level)) {
   }
 }
 
-void R_XMLParameters::standaloneElement(const char* text, char** element) {
+void R_XMLParameters::standaloneElement(const char* text, char* element) {
   beginElement(text, element);
 }
 
-void R_XMLParameters::endElement(const char* text, char** element, bool* struct_ok, bool pop) {
+void R_XMLParameters::endElement(const char* text, char* element, bool* struct_ok, bool pop) {
   // The name is taken also on an empty stack, so that a message about the
   // stray end tag can name it.
-  copyName(text, element);
-  *struct_ok = stack->isNotEmpty() && *element && strcmp(*element, stack->top()) == 0;
+  size_t length = 0;
+  copyName(text, element, &length);
+  *struct_ok = stack->isNotEmpty() && strcmp(element, stack->top()) == 0;
   if (*struct_ok && pop) popElement();
 }
 

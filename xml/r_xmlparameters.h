@@ -45,15 +45,18 @@ class R_XMLParameters {
 
   // The reader's side. `text` is a whole tag from '<' to '>'.
   static TagKind checkTag(const char* text);
-  // Replaces `*element` (owned, may be null) by a copy of the tag's name,
-  // pushes the name and adds the attributes that parse; the first broken one
-  // ends the list without a message.
-  void beginElement(const char* text, char** element);
-  void standaloneElement(const char* text, char** element);
-  // Replaces `*element` by the end tag's name. `*struct_ok` tells whether it
+  // A name is never longer than its tag, so `element` must hold at least
+  // strlen(text) + 1 bytes for the functions that copy a name into it.
+  //
+  // Copies the tag's name into `element`, pushes the name and adds the
+  // attributes that parse; the first broken one ends the list without a
+  // message.
+  void beginElement(const char* text, char* element);
+  void standaloneElement(const char* text, char* element);
+  // Copies the end tag's name into `element`. `*struct_ok` tells whether it
   // names the innermost open element (false on an empty stack); only then,
   // and when `pop` is set, that element goes with its attributes.
-  void endElement(const char* text, char** element, bool* struct_ok, bool pop);
+  void endElement(const char* text, char* element, bool* struct_ok, bool pop);
   // Removes the innermost element and the attributes of its level.
   void popElement();
   // Removes all elements and attributes.

@@ -27,16 +27,16 @@ R_XMLParser::R_XMLParser(int capacity, R_XMLErrorReporter* error_reporter)
     : reporter(error_reporter),
       buffer(new R_XMLBuffer(capacity)),
       block_name(nullptr),
-      element(nullptr),
       block_code(0),
       failed(false),
       line(0),
-      longest_entry(0) {}
+      longest_entry(0) {
+  element[0] = 0;
+}
 
 R_XMLParser::~R_XMLParser() {
   delete buffer;
   free(block_name);
-  free(element);
 }
 
 bool R_XMLParser::parseFile(const char* file, R_XMLRecipient* recipient) {
@@ -67,7 +67,8 @@ void R_XMLParser::start(const R_XMLRecipient& recipient) {
 }
 
 // Instantiated for each input kind, so that the calls made for every byte
-// bind statically and inline.
+// bind statically and inline. `capturing` mirrors buffer->isReading(),
+// which only the processing of a tag can change.
 template <class Input>
 void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
   buffer->clear();
@@ -79,42 +80,32 @@ void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
   char tag[longestTag + 1];
   int length = 0;
   bool in_tag = false;
+  bool capturing = false;
   while (input.canRead()) {
     line = input.getLine();
     int c = input.getChar();
     // Every byte goes to the capture, tags too: that is how a captured
     // element keeps its nested tags.
-    buffer->put(c);
+    if (capturing) buffer->put(c);
     if (in_tag) {
-      if (length >= longestTag) {
-        fail("too long tag");
-        return;
-      }
+      if (length >= longestTag) return fail("too long tag");
       tag[length++] = static_cast<char>(c);
     }
     if (c == '<') {
-      if (in_tag) {
-        fail("unexpected opening char");
-        return;
-      }
+      if (in_tag) return fail("unexpected opening char");
       tag[0] = '<';
       length = 1;
       in_tag = true;
     } else if (c == '>') {
-      if (!in_tag) {
-        fail("unexpected closing char");
-        return;
-      }
+      if (!in_tag) return fail("unexpected closing char");
       tag[length] = 0;
       in_tag = false;
       if (!processTag(tag, recipient)) return;
+      capturing = buffer->isReading();
     }
   }
-  if (in_tag) {
-    fail("unfinished tag");
-  } else if (parameters.hasOpenElements()) {
-    fail("unfinished structure (missing end tags)");
-  }
+  if (in_tag) return fail("unfinished tag");
+  if (parameters.hasOpenElements()) fail("unfinished structure (missing end tags)");
 }
 
 bool R_XMLParser::processTag(const char* tag, R_XMLRecipient& recipient) {
@@ -138,7 +129,7 @@ bool R_XMLParser::processTag(const char* tag, R_XMLRecipient& recipient) {
 }
 
 void R_XMLParser::beginTag(const char* tag, R_XMLRecipient& recipient) {
-  parameters.beginElement(tag, &element);
+  parameters.beginElement(tag, element);
   // Start tags nested in a capture are part of its text, not events.
   if (buffer->isReading()) return;
   int code = lookup(recipient, '<');
@@ -147,26 +138,28 @@ void R_XMLParser::beginTag(const char* tag, R_XMLRecipient& recipient) {
   if (code < 0) return;
   buffer->startReading();
   block_code = code;
-  replaceCopy(&block_name, elementName());
+  replaceCopy(&block_name, element);
 }
 
 bool R_XMLParser::endTag(const char* tag, R_XMLRecipient& recipient) {
   int code = lookup(recipient, '>');
   bool struct_ok = false;
-  parameters.endElement(tag, &element, &struct_ok, false);
+  parameters.endElement(tag, element, &struct_ok, false);
   if (!struct_ok) {
     failed = true;
-    reportFormatted("wrong structure: %s%s", elementName(), "");
+    reportFormatted("wrong structure: %s%s", element, "");
     return false;
   }
-  if (block_name && strcmp(block_name, elementName()) == 0) deliverCapture(recipient);
+  if (block_name && block_name[0] == element[0] && strcmp(block_name, element) == 0) {
+    deliverCapture(recipient);
+  }
   if (code >= 0) deliver(recipient, code, "", "data error processing block <%s>: %s");
   parameters.popElement();
   return true;
 }
 
 void R_XMLParser::standaloneTag(const char* tag, R_XMLRecipient& recipient) {
-  parameters.standaloneElement(tag, &element);
+  parameters.standaloneElement(tag, element);
   int code = lookup(recipient, 0);
   if (code >= 0) deliver(recipient, code, "", "data error processing standalone tag <%s../>: %s");
   parameters.popElement();
@@ -188,7 +181,7 @@ void R_XMLParser::deliver(R_XMLRecipient& recipient, int code, const char* text,
   const char* refusal = recipient.receive(code, text, parameters);
   if (!refusal) return;
   failed = true;
-  reportFormatted(format, elementName(), refusal);
+  reportFormatted(format, element, refusal);
 }
 
 void R_XMLParser::fail(const char* message) {
@@ -199,16 +192,18 @@ void R_XMLParser::fail(const char* message) {
 void R_XMLParser::report(const char* message) {
   if (!reporter) return;
   char text[longestMessage + 1];
-  if (line >= 2) {
-    snprintf(text, sizeof text, "(%d) %s", line, message);
-  } else {
-    snprintf(text, sizeof text, "%s", message);
-  }
+  int prefix = line >= 2 ? snprintf(text, sizeof text, "(%d) ", line) : 0;
+  // The message is cut to what is left of the line.
+  size_t length = strnlen(message, static_cast<size_t>(longestMessage - prefix));
+  memcpy(text + prefix, message, length);
+  text[prefix + length] = 0;
   reporter->report(text);
 }
 
 void R_XMLParser::reportFormatted(const char* format, const char* first, const char* second) {
   char text[longestMessage + 1];
-  snprintf(text, sizeof text, format, first, second);
+  // A longer text is cut at the end of the buffer; only a broken format
+  // gives nothing.
+  if (snprintf(text, sizeof text, format, first, second) < 0) text[0] = 0;
   report(text);
 }

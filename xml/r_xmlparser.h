@@ -77,13 +77,12 @@ class R_XMLParser {
   void deliverCapture(R_XMLRecipient& recipient);
   void deliver(R_XMLRecipient& recipient, int code, const char* text, const char* format);
   void fail(const char* message);
-  const char* elementName() const { return element ? element : ""; }
 
   R_XMLErrorReporter* reporter;  // borrowed, may be null
   R_XMLParameters parameters;
   R_XMLBuffer* buffer;           // owned capture buffer
   char* block_name;              // owned; the last captured element, null before any
-  char* element;                 // owned; the name in the latest tag
+  char element[longestTag + 1];  // the name in the latest tag
   int block_code;                // the code the running capture is delivered with
   bool failed;
   int line;                      // line of the input before the byte in hand

@@ -5,83 +5,92 @@
 #include <cstring>
 
 namespace {
-const int kBaseSize = 32;
-}
+const int kBaseLevels = 32;
+const size_t kBaseBytes = 256;
+}  // namespace
 
 R_XMLStack::R_XMLStack()
-    : field(kBaseSize), count(0), path_length(0), path(nullptr), path_capacity(0) {}
+    : names(nullptr),
+      names_used(0),
+      names_capacity(0),
+      starts(nullptr),
+      starts_capacity(0),
+      count(0),
+      path(nullptr),
+      path_capacity(0) {}
 
 R_XMLStack::~R_XMLStack() {
-  clear();
+  free(names);
+  free(starts);
   free(path);
 }
 
-const char* R_XMLStack::top() const { return count > 0 ? field.get(count - 1) : ""; }
-
 int R_XMLStack::find(const char* item) const {
   for (int i = 0; i < count; ++i) {
-    if (strcmp(field.get(i), item) == 0) return i;
+    if (strcmp(names + starts[i], item) == 0) return i;
   }
   return -1;
 }
 
 const char* R_XMLStack::getPath(char separator, char prefix) {
-  if (!reservePath(path_length + 2)) return "";
-  char* out = path;
-  if (count > 0 && prefix) *out++ = prefix;
-  for (int i = 0; i < count; ++i) {
-    if (i > 0) *out++ = separator;
-    const char* name = field.get(i);
-    size_t length = strlen(name);
-    memcpy(out, name, length);
-    out += length;
+  if (count == 0) return "";
+  size_t offset = prefix ? 1 : 0;
+  if (!reserve(&path, &path_capacity, names_used + offset)) return "";
+  if (prefix) path[0] = prefix;
+  memcpy(path + offset, names, names_used);
+  // Every terminator but the last joins two names.
+  char* end = path + offset + names_used - 1;
+  for (char* p = path + offset; p < end; ++p) {
+    if (*p == 0) *p = separator;
   }
-  *out = 0;
   return path;
 }
 
-bool R_XMLStack::reservePath(size_t needed) {
-  if (needed <= path_capacity) return true;
-  size_t capacity = path_capacity > 0 ? path_capacity : 64;
-  while (capacity < needed) capacity *= 2;
-  char* grown = static_cast<char*>(realloc(path, capacity));
-  if (!grown) return false;
-  path = grown;
-  path_capacity = capacity;
-  return true;
-}
-
 void R_XMLStack::push(const char* item) {
-  if (!item || !*item || !reserveLevel()) return;
-  size_t length = strlen(item);
-  char* copy = static_cast<char*>(malloc(length + 1));
-  if (!copy) return;
-  memcpy(copy, item, length + 1);
-  field.put(count, copy);
-  path_length += length + (count > 0 ? 1 : 0);
-  ++count;
+  if (item) push(item, strlen(item));
 }
 
-bool R_XMLStack::reserveLevel() {
-  if (count < field.getSize()) return true;
-  if (field.getSize() > INT_MAX / 2 - kBaseSize) return false;
-  // Doubling keeps deep nesting linear; the container's own step would not.
-  if (field.resize(2 * field.getSize() + kBaseSize)) return true;
-  // The container has dropped its array with the names in it: start over
-  // empty rather than read through it.
-  count = 0;
-  path_length = 0;
-  return false;
+void R_XMLStack::push(const char* item, size_t length) {
+  if (length == 0 || !reserveStarts() || !reserveNames(names_used + length + 1)) return;
+  memcpy(names + names_used, item, length);
+  names[names_used + length] = 0;
+  starts[count++] = names_used;
+  names_used += length + 1;
 }
 
 void R_XMLStack::pop() {
   if (count == 0) return;
-  --count;
-  char* name = field.get(count);
-  path_length -= strlen(name) + (count > 0 ? 1 : 0);
-  free(name);
+  names_used = starts[--count];
 }
 
 void R_XMLStack::clear() {
-  while (count > 0) pop();
+  count = 0;
+  names_used = 0;
+}
+
+bool R_XMLStack::reserveNames(size_t needed) {
+  return reserve(&names, &names_capacity, needed);
+}
+
+bool R_XMLStack::reserveStarts() {
+  if (count < starts_capacity) return true;
+  if (starts_capacity > INT_MAX / 2 - kBaseLevels) return false;
+  // Doubling keeps deep nesting linear.
+  int capacity = 2 * starts_capacity + kBaseLevels;
+  void* grown = realloc(starts, sizeof(size_t) * static_cast<size_t>(capacity));
+  if (!grown) return false;
+  starts = static_cast<size_t*>(grown);
+  starts_capacity = capacity;
+  return true;
+}
+
+bool R_XMLStack::reserve(char** text, size_t* capacity, size_t needed) {
+  if (needed <= *capacity) return true;
+  size_t grown_capacity = *capacity > 0 ? *capacity : kBaseBytes;
+  while (grown_capacity < needed) grown_capacity *= 2;
+  char* grown = static_cast<char*>(realloc(*text, grown_capacity));
+  if (!grown) return false;
+  *text = grown;
+  *capacity = grown_capacity;
+  return true;
 }

@@ -6,8 +6,6 @@
 
 #include <cstddef>
 
-#include "core/r_fieldtemplate.h"
-
 class R_XMLStack {
  public:
   R_XMLStack();
@@ -18,32 +16,41 @@ class R_XMLStack {
   int getCount() const { return count; }
   bool isNotEmpty() const { return count > 0; }
   // The innermost name; the empty text on an empty stack.
-  const char* top() const;
+  const char* top() const { return count > 0 ? names + starts[count - 1] : ""; }
   // Index, counted from the root, of the first open element named exactly
   // `item`; -1 if none.
   int find(const char* item) const;
   // The length of getPath() without prefix, known without building it.
-  size_t getPathLength() const { return path_length; }
+  size_t getPathLength() const { return count > 0 ? names_used - 1 : 0; }
   // `prefix` (unless 0) and the names from the root joined by `separator`.
   // An empty stack gives the empty text, also with a prefix. The text stays
   // valid until the next call or change of the stack.
   const char* getPath(char separator, char prefix);
 
-  // Pushes a copy of `item`; an empty or null item is ignored.
+  // Pushes a copy of `item`; an empty or null item is ignored, and so is one
+  // for which memory fails.
   void push(const char* item);
+  // The same for the `length` bytes at `item`, which hold no NUL.
+  void push(const char* item, size_t length);
   // Removes the innermost name; nothing on an empty stack.
   void pop();
   void clear();
 
  private:
-  bool reserveLevel();
-  bool reservePath(size_t needed);
+  bool reserveNames(size_t needed);
+  bool reserveStarts();
+  static bool reserve(char** text, size_t* capacity, size_t needed);
 
-  R_FieldTemplate<char> field;  // owned names, 0 to count-1
+  // The open names lie back to back in one block, each with its terminator,
+  // so that pushing and popping allocate nothing once the block has grown.
+  char* names;            // owned
+  size_t names_used;
+  size_t names_capacity;
+  size_t* starts;         // owned; where each open name begins in names
+  int starts_capacity;
   int count;
-  size_t path_length;    // sum of the name lengths and one separator between each two
-  char* path;         // owned text of the last getPath()
-  size_t path_capacity;  // bytes allocated for path
+  char* path;             // owned text of the last getPath()
+  size_t path_capacity;
 };
 
 #endif

@@ -82,6 +82,7 @@ TEST(XMLParserTest, WellFormedTextsDeliverTheirEvents) {
       {"inside a capture, end and standalone tags fire but start tags do not",
        {"a", "<a:b", ">a:b", "a:c"}, "<a><b>1</b><c/></a>", true,
        {"2:", "3:", "0:<b>1</b><c/>"}, {}},
+      {"an end tag event alone", {">r:a"}, "<r><a>1</a></r>", true, {"0:"}, {}},
       {"a standalone element arrives with empty text", {"a"}, "<a x=\"1\"/>", true, {"0:"}, {}},
       {"a path entry does not match a longer path", {"a:b"}, "<a><b><c>1</c></b></a>", true,
        {"0:<c>1</c>"}, {}},
