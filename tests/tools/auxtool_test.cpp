@@ -1,0 +1,188 @@
+// Runs the built auxtool program on fixture files and compares its whole
+// output and exit code.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/test_files.h"
+
+namespace {
+
+struct ToolRun {
+  std::string output;
+  int exit_code;
+};
+
+// Standard output only, or both streams with `with_errors`.
+ToolRun auxtool(const std::string& arguments, bool with_errors = false) {
+  ToolRun run;
+  std::string command = std::string(AUX_BIN_DIR) + "/auxtool " + arguments + (with_errors ? " 2>&1" : " 2>/dev/null");
+  run.output = runCommand(command, &run.exit_code);
+  return run;
+}
+
+const std::string kKnowledge = testData("exporter/knowledge.xml");
+const std::string kDatabase = testData("exporter/database.xml");
+
+class AuxtoolTest : public ::testing::Test {
+ protected:
+  TempDir dir;
+};
+
+}  // namespace
+
+TEST_F(AuxtoolTest, UsageErrorsExitWith2AndHelpWith0) {
+  EXPECT_EQ(2, auxtool("").exit_code);
+  EXPECT_EQ(2, auxtool("frobnicate").exit_code);
+  EXPECT_EQ(2, auxtool("check").exit_code);
+  EXPECT_EQ(2, auxtool("check a b c").exit_code);
+  EXPECT_EQ(2, auxtool("convert knowledge a b").exit_code);
+  EXPECT_EQ(2, auxtool("convert knowledge a b --to pdf").exit_code);
+  EXPECT_EQ(2, auxtool("calc k d").exit_code);
+  EXPECT_EQ(2, auxtool("calc k d HEIGHT --today 31.2.2020").exit_code);
+  ToolRun help = auxtool("--help");
+  EXPECT_EQ(0, help.exit_code);
+  EXPECT_NE(std::string::npos, help.output.find("auxtool calc KNOWLEDGE DATABASE FORMULA..."));
+  ToolRun check_help = auxtool("check --help");
+  EXPECT_EQ(0, check_help.exit_code);
+  EXPECT_EQ(0u, check_help.output.find("usage: auxtool check KNOWLEDGE [DATABASE]\n"));
+}
+
+TEST_F(AuxtoolTest, CheckPrintsASummaryOfGoodFiles) {
+  ToolRun run = auxtool("check " + kKnowledge + " " + kDatabase);
+  EXPECT_EQ(0, run.exit_code);
+  EXPECT_EQ("knowledge file " + kKnowledge + ": 18 variables, 0 references, 0 texts\n" + "database " + kDatabase +
+                ": 5 probands\n",
+            run.output);
+}
+
+TEST_F(AuxtoolTest, CheckPrintsEveryLineOfARefusalAndExitsWith1) {
+  std::string missing = dir.file("missing.xml");
+  ToolRun run = auxtool("check " + missing);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("File " + missing + " not found\n", run.output);
+
+  std::string broken = dir.file("broken.xml");
+  writeFile(broken, "<quorl>\n</quorl>\n");
+  run = auxtool("check " + broken);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("(3) No file information defined\n(3) Error while making file statistics\nStatistics not loaded\n"
+            "Error while processing file.\nError reading knowledge file " + broken + " as XML\n",
+            run.output);
+
+  std::string empty = dir.file("empty.bin");
+  writeFile(empty, "");
+  run = auxtool("check " + empty);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("Error reading knowledge file " + empty + " as BIN\n", run.output);
+}
+
+TEST_F(AuxtoolTest, CheckOfADatabaseWithABadRecordKeepsTheRestAndExitsWith1) {
+  std::string database = dir.file("db.xml");
+  writeFile(database,
+            "<p_database>\n<p_record><p_name>A</p_name><proband><info sex=\"male\"/></proband></p_record>\n"
+            "<p_record><p_name>B</p_name><proband><info/></proband></p_record>\n</p_database>\n");
+  ToolRun run = auxtool("check " + kKnowledge + " " + database);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("knowledge file " + kKnowledge + ": 18 variables, 0 references, 0 texts\n" +
+                "data error closing block </proband>: wrong proband data\n"
+                "Error while processing database record.\n"
+                "(3) data error closing block </p_record>: error while reading record\n"
+                "(5) Error while processing database.\n" +
+                "database " + database + ": 1 probands\n",
+            run.output);
+}
+
+TEST_F(AuxtoolTest, ConvertRoundTripsKnowledgeFilesThroughTheBinaryForm) {
+  const std::string files[] = {kKnowledge, testData("formula/methods.xml"), std::string(AUX_SOURCE_DIR) + "/samples/knowledge.xml"};
+  for (const std::string& file : files) {
+    SCOPED_TRACE(file);
+    std::string xml = dir.file("k.xml"), bin = dir.file("k.bin"), back = dir.file("k2.xml");
+    ASSERT_EQ(0, auxtool("convert knowledge " + file + " " + xml + " --to xml").exit_code);
+    ASSERT_EQ(0, auxtool("convert knowledge --to bin " + file + " " + bin).exit_code);
+    ASSERT_EQ(0, auxtool("convert knowledge " + bin + " " + back + " --to xml").exit_code);
+    EXPECT_EQ(9, readFile(bin)[0]);
+    EXPECT_EQ(readFile(xml), readFile(back));
+    EXPECT_EQ(0, auxtool("check " + bin).exit_code);
+  }
+}
+
+TEST_F(AuxtoolTest, ConvertRoundTripsDatabasesThroughTheBinaryForm) {
+  struct Pair {
+    std::string knowledge, database;
+  } pairs[] = {{kKnowledge, kDatabase},
+               {std::string(AUX_SOURCE_DIR) + "/samples/knowledge.xml", std::string(AUX_SOURCE_DIR) + "/samples/probands.xml"}};
+  for (const Pair& pair : pairs) {
+    SCOPED_TRACE(pair.database);
+    std::string xml = dir.file("d.xml"), bin = dir.file("d.bin"), back = dir.file("d2.xml");
+    std::string prefix = "convert database " + pair.knowledge + " ";
+    ASSERT_EQ(0, auxtool(prefix + pair.database + " " + xml + " --to xml").exit_code);
+    ASSERT_EQ(0, auxtool(prefix + pair.database + " " + bin + " --to bin").exit_code);
+    ASSERT_EQ(0, auxtool(prefix + bin + " " + back + " --to xml").exit_code);
+    EXPECT_EQ(81, readFile(bin)[0]);
+    EXPECT_EQ(readFile(xml), readFile(back));
+  }
+}
+
+TEST_F(AuxtoolTest, AFailedReadWritesNothing) {
+  std::string broken = dir.file("broken.xml"), out = dir.file("out.bin");
+  writeFile(broken, "<quorl><info>");
+  ToolRun run = auxtool("convert knowledge " + broken + " " + out + " --to bin", true);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("unfinished structure (missing end tags)\nNo file information defined\nError while making file statistics\n"
+            "Statistics not loaded\nError while processing file.\nError reading knowledge file " + broken + " as XML\n",
+            run.output);
+  EXPECT_FALSE(fileExists(out));
+  std::string database = dir.file("db.xml");
+  writeFile(database, "<p_database><p_record><proband><info/></proband></p_record></p_database>");
+  EXPECT_EQ(1, auxtool("convert database " + kKnowledge + " " + database + " " + out + " --to bin").exit_code);
+  EXPECT_FALSE(fileExists(out));
+  EXPECT_EQ(1, auxtool("convert database " + kKnowledge + " " + dir.file("none.xml") + " " + out + " --to bin").exit_code);
+  EXPECT_FALSE(fileExists(out));
+}
+
+TEST_F(AuxtoolTest, CalcPrintsOneLinePerVisitAndRepeatsScalars) {
+  ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT FATHER_HT HEIGHT:N AGE_TODAY --today 1.1.2020");
+  EXPECT_EQ(0, run.exit_code);
+  EXPECT_EQ(
+      "name,visit,age,HEIGHT,FATHER_HT,HEIGHT:N,AGE_TODAY\n"
+      "alpha,0,3.5,100.04,,2,\n"
+      "alpha,1,5.001,110.3,,2,\n"
+      "Beta,,,,,,\n"
+      "Empty,,,,,,\n"
+      "Sample One,0,9.999,143.2,180.5,2,18.825\n"
+      "Sample One,1,10.502,123.4567,180.5,2,18.825\n"
+      "\xC8" "ech,0,2,88,,1,20\n",
+      run.output);
+}
+
+TEST_F(AuxtoolTest, CalcQuotesTextsThatHoldTheSeparator) {
+  ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " FATHER_HT --sep ' ' --today 1.1.2020");
+  EXPECT_EQ(0, run.exit_code);
+  EXPECT_NE(std::string::npos, run.output.find("\n\"Sample One\"   180.5\n")) << run.output;
+  run = auxtool("calc " + kKnowledge + " " + kDatabase + " FATHER_HT --sep tab --today 1.1.2020");
+  EXPECT_NE(std::string::npos, run.output.find("\nSample One\t\t\t180.5\n")) << run.output;
+}
+
+TEST_F(AuxtoolTest, AFormulaThatDoesNotTranslateEndsTheRunBeforeAnyOutput) {
+  ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT HEIGHTX:SD", true);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("Formula HEIGHTX:SD does not translate\n", run.output);
+  run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT:FOO", true);
+  EXPECT_EQ("Formula HEIGHT:FOO does not translate\n", run.output);
+  run = auxtool("calc " + kKnowledge + " " + dir.file("none.xml") + " HEIGHT", true);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("File " + dir.file("none.xml") + " not found\n", run.output);
+}
+
+TEST_F(AuxtoolTest, SynthIsDeterministicAndItsDatabasesLoad) {
+  std::string a = dir.file("a.xml"), b = dir.file("b.xml"), c = dir.file("c.bin");
+  ASSERT_EQ(0, auxtool("synth " + kKnowledge + " 50 " + a + " --seed 7").exit_code);
+  ASSERT_EQ(0, auxtool("synth " + kKnowledge + " 50 " + b + " --seed 7").exit_code);
+  ASSERT_EQ(0, auxtool("synth " + kKnowledge + " 50 " + c + " --seed 7 --to bin").exit_code);
+  EXPECT_EQ(readFile(a), readFile(b));
+  ToolRun run = auxtool("check " + kKnowledge + " " + c);
+  EXPECT_EQ(0, run.exit_code);
+  EXPECT_NE(std::string::npos, run.output.find(": 50 probands\n"));
+  EXPECT_EQ(2, auxtool("synth " + kKnowledge + " -5 " + a).exit_code);
+}
