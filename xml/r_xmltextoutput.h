@@ -3,7 +3,9 @@
 // text after a tag goes on a line of its own one place deeper than the
 // element's content; a line breaks before the first blank (bytes 1 to 32)
 // at or after column 61, so a text without blanks is never broken. The
-// first line is not preceded by a line break. Names, values, directive text
+// first line is not preceded by a line break. Tags fold by the same rule, so
+// a long tag breaks before an attribute, and a blank inside a long value can
+// become a line break that the reader passes on in the value. Names, values, directive text
 // and content are escaped alike: '&', '<' and '>' become "&amp;", "&lt;" and
 // "&gt;"; double quotes stay as they are, also in attribute values. Nothing
 // reports an error; kinds that can fail offer isOK().

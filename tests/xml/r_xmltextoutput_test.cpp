@@ -160,6 +160,16 @@ TEST(XMLTextOutputTest, LongLinesBreakAtTheFirstBlankFromColumn61) {
   }
 }
 
+TEST(XMLTextOutputTest, ALongTagBreaksBeforeAnAttribute) {
+  const std::string value(60, 'v');
+  EXPECT_EQ("<a x=\"" + value + "\"\n   y=\"1\" />", writtenToFile([&](R_XMLTextOutput& output) {
+              output.openTag("a");
+              output.writeAttribute("x", value.c_str());
+              output.writeAttribute("y", "1");
+              output.endEmptyTag();
+            }));
+}
+
 TEST(XMLTextOutputTest, ACloseAtLevelZeroKeepsTheLevelAtZero) {
   EXPECT_EQ("</a>\n<b>\n <c />\n</b>", writtenToFile([](R_XMLTextOutput& output) {
               output.closeTag("a");
