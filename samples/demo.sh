@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-bin=build/bin
+bin=${AUX_BIN_DIR:-build/bin}
 knowledge=samples/knowledge.xml
 database=samples/probands.xml
 today=1.6.2024
@@ -15,6 +15,12 @@ trap 'rm -rf "$out"' EXIT
 
 show() {
   if command -v iconv > /dev/null; then iconv -f WINDOWS-1250 -t UTF-8; else cat; fi
+}
+
+# The first n lines; unlike head it reads to the end, so that no program
+# before it in the pipe dies of a closed pipe.
+first() {
+  awk -v n="$1" 'NR <= n'
 }
 
 # The head line and the rows of one proband; the pattern is matched on bytes,
@@ -27,7 +33,7 @@ echo "== $bin/exporter $knowledge $database $out/result.txt"
 "$bin/exporter" "$knowledge" "$database" "$out/result.txt"
 echo
 echo "== the first two result records (cut at 300 bytes)"
-sed 's/]}|||/]}|||\n/g' "$out/result.txt" | head -n 2 | cut -c 1-300 | show
+sed 's/]}|||/]}|||\n/g' "$out/result.txt" | first 2 | cut -c 1-300 | show
 echo
 
 formulas=(HEIGHT HEIGHT:SD HEIGHT:P WEIGHT BMI BMI:SD BMI:P HEIGHT_VEL)
@@ -38,9 +44,9 @@ echo
 
 echo "== auxtool calc HEIGHT:SD WEIGHT:SD FOH:SD FOH:P for a premature boy in his first years"
 "$bin/auxtool" calc "$knowledge" "$database" HEIGHT:SD WEIGHT:SD FOH:SD FOH:P --today "$today" \
-  | rows_of "Bla.ek Petr" | head -n 10 | show
+  | rows_of "Bla.ek Petr" | first 10 | show
 echo
 
 echo "== auxtool calc: mid-parental target height and its SD score, latest height SD score"
 "$bin/auxtool" calc "$knowledge" "$database" TARGET_HT TARGET_HT_SD HEIGHT:LAST_DEFINED:SD:AVG --today "$today" \
-  | head -n 11 | show
+  | first 11 | show

@@ -36,7 +36,7 @@ LAST_VISIT_DATE = datetime.date(2024, 5, 31)
 # Name, sex, a word on why the child is followed, clinical picture.
 PROBANDS = [
     ("Novák Jan", "male", "Sledování růstu", "normal"),
-    ("Dvořáková Tereza", "female", "Malý vzrůst, rodinný", "short"),
+    ("Dvořáková Tereza", "female", "Malý vzrůst, sledování", "short"),
     ("Černý Jiří", "male", "Konstituční opoždění růstu", "late"),
     ("Šťastná Lucie", "female", "Předčasná puberta", "early"),
     ("Kříž Ondřej", "male", "Obezita", "obese"),
