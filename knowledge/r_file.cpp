@@ -87,6 +87,14 @@ void saveElements(R_XMLTextOutput& output, const char* tag, T* const* array, int
 
 bool isVarIndex(int var_index, int var_count) { return var_index >= 0 && var_index < var_count; }
 
+// Each index is -1 or a variable's.
+bool namesVariables(const R_XYVar& xyref, int var_count) {
+  for (int var_index : {xyref.getAVar(), xyref.getXVar(), xyref.getYVar()}) {
+    if (var_index != -1 && !isVarIndex(var_index, var_count)) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 R_File::R_File()
@@ -266,14 +274,14 @@ bool R_File::hasValidIndices() const {
   if (!is_ok) return false;
   int count = getVarCount();
   for (int i = 0; i < count; ++i) {
-    const R_XYVar& xyref = variables[i]->getXYVar();
-    for (int var_index : {xyref.getAVar(), xyref.getXVar(), xyref.getYVar()}) {
-      if (var_index != -1 && !isVarIndex(var_index, count)) return false;
-    }
+    if (!namesVariables(variables[i]->getXYVar(), count)) return false;
     const R_Equation& equation = variables[i]->getEquation();
     for (int k = 0; k < equation.getVarCount(); ++k) {
       if (!isVarIndex(equation.getVariable(k), count)) return false;
     }
+  }
+  for (int i = 0; i < getRefCount(); ++i) {
+    if (!namesVariables(references[i]->getXYVar(), count)) return false;
   }
   return true;
 }

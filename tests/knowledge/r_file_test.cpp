@@ -333,3 +333,63 @@ TEST_F(KnowledgeFileTest, XMLFileCutAtAnyLengthFailsCleanly) {
     EXPECT_FALSE(file.loadXML(path.c_str(), nullptr));
   }
 }
+
+// references.xml: four references of HEIGHT by AGE: boys 0 to 2, boys from 2
+// to below 5, boys of any age, girls 0 to 2.
+TEST_F(KnowledgeFileTest, ReferenceSearchesTakeTheFirstFittingReferenceInFileOrder) {
+  R_File file;
+  ASSERT_EQ(std::vector<std::string>(), loadXML(file, testData("knowledge/references.xml")));
+  ASSERT_EQ(4, file.getRefCount());
+  const R_XYVar height(-1, 0, 1);
+  const struct {
+    int sex;
+    R_Number age;
+    int found;
+  } by_age[] = {{0, R_Number(1.0), 0}, {0, R_Number(2.0), 0}, {0, R_Number(3.0), 1}, {0, R_Number(5.0), 2},
+                {0, R_Number(), 2},    {1, R_Number(1.0), 3}, {1, R_Number(3.0), -1}, {2, R_Number(1.0), -1}};
+  for (const auto& row : by_age) {
+    SCOPED_TRACE("sex " + std::to_string(row.sex) + " age " + (row.age.isDefined() ? std::to_string(row.age.getValue()) : "?"));
+    EXPECT_EQ(row.found, file.findReference(row.sex, row.age, height));
+  }
+  EXPECT_EQ(-1, file.findReference(0, R_Number(1.0), R_XYVar(-1, 0, 2)));
+  const struct {
+    int sex;
+    double from, to;
+    int found;
+  } by_interval[] = {{0, 0.5, 1.5, 0}, {0, 1, 3, 2}, {0, 2.5, 4, 1}, {1, 0, 2, 3}, {1, 1, 3, -1}};
+  for (const auto& row : by_interval) {
+    SCOPED_TRACE("sex " + std::to_string(row.sex) + " from " + std::to_string(row.from));
+    EXPECT_EQ(row.found, file.findReference(row.sex, R_Interval(R_Number(row.from), R_Number(row.to)), height));
+  }
+}
+
+TEST_F(KnowledgeFileTest, AFileWithReferencesWritesTheSameBytesAfterEitherRoundTrip) {
+  R_File original;
+  ASSERT_EQ(std::vector<std::string>(), loadXML(original, testData("knowledge/references.xml")));
+  ASSERT_TRUE(original.saveXML(dir.file("first.xml").c_str()));
+  ASSERT_TRUE(original.saveBinary(dir.file("first.bin").c_str()));
+  R_File from_xml;
+  ASSERT_EQ(std::vector<std::string>(), loadXML(from_xml, dir.file("first.xml")));
+  R_File from_binary;
+  ASSERT_TRUE(from_binary.loadBinary(dir.file("first.bin").c_str()));
+  ASSERT_TRUE(from_xml.saveXML(dir.file("second.xml").c_str()));
+  ASSERT_TRUE(from_binary.saveBinary(dir.file("second.bin").c_str()));
+  EXPECT_EQ(readFile(dir.file("first.xml")), readFile(dir.file("second.xml")));
+  EXPECT_EQ(readFile(dir.file("first.bin")), readFile(dir.file("second.bin")));
+  EXPECT_EQ(2, from_binary.findReference(0, R_Number(), R_XYVar(-1, 0, 1)));
+}
+
+TEST_F(KnowledgeFileTest, BinaryLoadRefusesAReferenceNamingNoVariable) {
+  R_File original;
+  ASSERT_EQ(std::vector<std::string>(), loadXML(original, testData("knowledge/references.xml")));
+  ASSERT_TRUE(original.saveBinary(dir.file("whole.bin").c_str()));
+  std::string bytes = readFile(dir.file("whole.bin"));
+  // The xyref (-1, 0, 1) stored last is the last reference's.
+  Bytes pattern = bytesOfHex("12 02 FF FF FF FF 02 00 00 00 00 02 01 00 00 00");
+  size_t at = bytes.rfind(std::string(pattern.begin(), pattern.end()));
+  ASSERT_NE(std::string::npos, at);
+  bytes[at + 2] = 99;  // avar
+  bytes[at + 3] = bytes[at + 4] = bytes[at + 5] = 0;
+  R_File damaged;
+  EXPECT_FALSE(damaged.loadBinary(write("damaged.bin", bytes).c_str()));
+}
