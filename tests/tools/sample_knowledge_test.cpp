@@ -29,7 +29,7 @@ namespace {
 const int kMale = 0;
 const int kFemale = 1;
 
-std::string sample(const char* name) { return std::string(AUX_TEST_DATA_DIR) + "/../../samples/" + name; }
+std::string sample(const char* name) { return std::string(AUX_SOURCE_DIR) + "/samples/" + name; }
 
 class NoSecurity : public R_A_Security {
  public:
