@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 #include "tests/support/test_files.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "core/r_number.h"
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 
 TEST(DateTest, ParseReadsDayMonthYearSeparatedByAnyNonDigits) {
   const struct {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/r_bufferinputstream.h"
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 
 TEST(IntegerTest, SetFromTextReadsLikeAtolAndAlwaysSucceeds) {
   const struct {

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "core/r_integer.h"
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 
 namespace {
 

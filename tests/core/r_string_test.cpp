@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 
 TEST(StringTest, TheNullFormReadsAsAnEmptyText) {
   R_String s;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/r_bufferinputstream.h"
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 #include "tests/formula/formula_statistics.h"
 #include "tests/support/xml_fakes.h"
 #include "xml/r_xmltextoutputbuffer.h"

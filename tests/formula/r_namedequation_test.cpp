@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/r_bufferinputstream.h"
-#include "tests/core/stored_bytes.h"
+#include "tests/support/stored_bytes.h"
 #include "tests/formula/formula_statistics.h"
 #include "xml/r_xmlparser.h"
 #include "xml/r_xmlrecipient.h"

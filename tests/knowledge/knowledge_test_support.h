@@ -12,51 +12,9 @@
 #include <vector>
 
 #include "core/r_bufferinputstream.h"
-#include "core/r_bufferoutputstream.h"
+#include "tests/support/stored_bytes.h"
 #include "knowledge/r_filestatistics.h"
 #include "xml/r_xmltextoutputbuffer.h"
-
-typedef std::vector<unsigned char> Bytes;
-
-// "03 01 F0" for the bytes 3, 1, 240.
-inline std::string hexOf(const Bytes& bytes) {
-  std::string text;
-  char pair[4];
-  for (unsigned char b : bytes) {
-    snprintf(pair, sizeof pair, "%02X", b);
-    if (!text.empty()) text += ' ';
-    text += pair;
-  }
-  return text;
-}
-
-// The inverse of hexOf; blanks between the pairs are optional.
-inline Bytes bytesOfHex(const std::string& hex) {
-  Bytes bytes;
-  std::string digits;
-  for (char c : hex) {
-    if (c != ' ') digits += c;
-  }
-  for (size_t i = 0; i + 1 < digits.size(); i += 2)
-    bytes.push_back(static_cast<unsigned char>(strtol(digits.substr(i, 2).c_str(), nullptr, 16)));
-  return bytes;
-}
-
-// What `save(stream)` writes, measured first through an empty buffer.
-template <class Save>
-Bytes bytesSavedBy(Save save) {
-  R_BufferOutputStream measure(nullptr, 0);
-  save(measure);
-  Bytes bytes(static_cast<size_t>(measure.getCount()));
-  R_BufferOutputStream out(bytes.data(), measure.getCount());
-  save(out);
-  return bytes;
-}
-
-template <class T>
-Bytes savedBytes(const T& value) {
-  return bytesSavedBy([&](R_OutputStream& stream) { value.save(stream); });
-}
 
 // Runs `load(stream, &ok)` on every proper prefix of `bytes`, each time into
 // a fresh object that `load` makes itself, and expects ok to come back false.

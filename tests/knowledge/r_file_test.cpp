@@ -156,7 +156,7 @@ TEST_F(KnowledgeFileTest, BinaryFileCutAtAnyLengthAnswersFalse) {
 }
 
 TEST_F(KnowledgeFileTest, BinaryLoadRefusesWhatIsNotAWholeConsistentFile) {
-  Bytes tiny = bytesOfHex(kTinyBinary);
+  Bytes tiny = bytesOf(kTinyBinary);
   auto patched = [&](size_t at, std::initializer_list<unsigned char> bytes) {
     std::string text(tiny.begin(), tiny.end());
     for (unsigned char b : bytes) text[at++] = static_cast<char>(b);
@@ -385,7 +385,7 @@ TEST_F(KnowledgeFileTest, BinaryLoadRefusesAReferenceNamingNoVariable) {
   ASSERT_TRUE(original.saveBinary(dir.file("whole.bin").c_str()));
   std::string bytes = readFile(dir.file("whole.bin"));
   // The xyref (-1, 0, 1) stored last is the last reference's.
-  Bytes pattern = bytesOfHex("12 02 FF FF FF FF 02 00 00 00 00 02 01 00 00 00");
+  Bytes pattern = bytesOf("12 02 FF FF FF FF 02 00 00 00 00 02 01 00 00 00");
   size_t at = bytes.rfind(std::string(pattern.begin(), pattern.end()));
   ASSERT_NE(std::string::npos, at);
   bytes[at + 2] = 99;  // avar

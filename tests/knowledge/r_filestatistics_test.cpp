@@ -30,7 +30,7 @@ std::string lowerCase(std::string text) {
 
 // Loads statistics from exactly `hex`; answers ok.
 bool loadFromHex(R_FileStatistics& statistics, const std::string& hex) {
-  Bytes bytes = bytesOfHex(hex);
+  Bytes bytes = bytesOf(hex);
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   statistics.load(stream, &ok);
@@ -136,7 +136,7 @@ TEST(FileStatisticsTest, StoredIdentifiersAreTakenAsTheyAreAndTheFirstEqualOneIs
 
 TEST(FileStatisticsTest, BinaryFormCutAtAnyLengthFails) {
   for (const char* hex : {kStatisticsBytes, kDuplicateBytes}) {
-    expectEveryTruncationFails(bytesOfHex(hex), [](R_InputStream& stream, bool* ok) {
+    expectEveryTruncationFails(bytesOf(hex), [](R_InputStream& stream, bool* ok) {
       R_FileStatistics statistics;
       statistics.load(stream, ok);
     });

@@ -180,7 +180,7 @@ TEST(GranularityTest, BinaryFormIsTheTypeByteAndEightNumbersInFixedOrder) {
 }
 
 TEST(GranularityTest, BinaryLoadRefusesAnotherTypeByte) {
-  Bytes bytes = bytesOfHex("15 03 00 03 00 03 00 03 00 03 00 03 00 03 00 03 00");
+  Bytes bytes = bytesOf("15 03 00 03 00 03 00 03 00 03 00 03 00 03 00 03 00");
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   R_Granularity variant;

@@ -28,7 +28,7 @@ const char* const kLinesBytes =
     "07 02 01 00 00 00 01 03 00 50 35 30 03 01 00 00 00 00 00 00 49 40";
 
 bool loadFromHex(R_GraphRefLines& lines, const std::string& hex) {
-  Bytes bytes = bytesOfHex(hex);
+  Bytes bytes = bytesOf(hex);
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   lines.load(stream, &ok);
@@ -164,7 +164,7 @@ TEST(GraphRefLinesTest, BinaryFormLoadsPreparedAndSavesTheSameBytes) {
 }
 
 TEST(GraphRefLinesTest, BinaryFormCutAtAnyLengthFails) {
-  expectEveryTruncationFails(bytesOfHex(kLinesBytes), [](R_InputStream& stream, bool* ok) {
+  expectEveryTruncationFails(bytesOf(kLinesBytes), [](R_InputStream& stream, bool* ok) {
     R_GraphRefLines lines;
     lines.load(stream, ok);
   });

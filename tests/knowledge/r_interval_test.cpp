@@ -124,7 +124,7 @@ TEST(IntervalTest, BinaryFormIsPinnedByItsBytes) {
 }
 
 TEST(IntervalTest, BinaryFormLoadsAndSavesTheSameBytes) {
-  Bytes bytes = bytesOfHex(kIntervalBytes);
+  Bytes bytes = bytesOf(kIntervalBytes);
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   R_Interval interval;
@@ -136,14 +136,14 @@ TEST(IntervalTest, BinaryFormLoadsAndSavesTheSameBytes) {
 }
 
 TEST(IntervalTest, BinaryFormCutAtAnyLengthFails) {
-  expectEveryTruncationFails(bytesOfHex(kIntervalBytes), [](R_InputStream& stream, bool* ok) {
+  expectEveryTruncationFails(bytesOf(kIntervalBytes), [](R_InputStream& stream, bool* ok) {
     R_Interval interval;
     interval.load(stream, ok);
   });
 }
 
 TEST(IntervalTest, BinaryFormWithAnotherTypeByteFails) {
-  Bytes bytes = bytesOfHex(kIntervalBytes);
+  Bytes bytes = bytesOf(kIntervalBytes);
   bytes[0] = 7;
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;

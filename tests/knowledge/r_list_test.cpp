@@ -103,7 +103,7 @@ TEST(ListTest, BinaryFormIsPinnedByItsBytes) {
 }
 
 TEST(ListTest, BinaryFormLoadsAndSavesTheSameBytes) {
-  Bytes bytes = bytesOfHex(kListBytes);
+  Bytes bytes = bytesOf(kListBytes);
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   R_List list;
@@ -115,7 +115,7 @@ TEST(ListTest, BinaryFormLoadsAndSavesTheSameBytes) {
 }
 
 TEST(ListTest, BinaryFormCutAtAnyLengthFails) {
-  expectEveryTruncationFails(bytesOfHex(kListBytes), [](R_InputStream& stream, bool* ok) {
+  expectEveryTruncationFails(bytesOf(kListBytes), [](R_InputStream& stream, bool* ok) {
     R_List list;
     list.load(stream, ok);
   });
@@ -130,7 +130,7 @@ TEST(ListTest, BinaryFormRefusesDamagedCountsAndUndefinedValues) {
   };
   for (const char* row : rows) {
     SCOPED_TRACE(row);
-    Bytes bytes = bytesOfHex(row);
+    Bytes bytes = bytesOf(row);
     R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
     bool ok = true;
     R_List list;

@@ -114,12 +114,7 @@ const char* const kNum6 = "03 01 00 00 00 00 00 00 18 40";
 const char* const kNum100 = "03 01 00 00 00 00 00 00 59 40";
 const char* const kNum110 = "03 01 00 00 00 00 00 80 5B 40";
 
-Bytes hex(const std::string& text) { return bytesOfHex(text); }
-
-Bytes operator+(Bytes a, const Bytes& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
+Bytes hex(const std::string& text) { return bytesOf(text); }
 
 // A graph's general list of lines: -2, 0 and 2 SD.
 class ThreeSDLines : public R_GraphRefLinesFormat {

@@ -260,7 +260,7 @@ TEST(VariableBinaryTest, BinaryFormIsPinnedByItsBytes) {
 }
 
 TEST(VariableBinaryTest, LoadTakesTheIndexItIsGiven) {
-  Bytes bytes = bytesOfHex(kVariableBytes);
+  Bytes bytes = bytesOf(kVariableBytes);
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   R_Variable variable;
@@ -312,7 +312,7 @@ TEST_F(VariableTest, AnAgeVariableKeepsItsXYRefInTheBinaryFormOnly) {
 TEST(VariableBinaryTest, ACalculatedVariableWithoutAValidEquationFails) {
   // Properties 4|32|64|24 = 124, name "C", no help id, then an equation
   // stored as invalid (tag 6, byte 0).
-  Bytes bytes = bytesOfHex("08 02 7C 00 00 00 01 01 00 43 01 00 00 06 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
+  Bytes bytes = bytesOf("08 02 7C 00 00 00 01 01 00 43 01 00 00 06 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
                            "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF");
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;

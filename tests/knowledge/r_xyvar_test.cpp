@@ -91,7 +91,7 @@ TEST(XYVarTest, BinaryFormIsPinnedByItsBytes) {
 }
 
 TEST(XYVarTest, BinaryFormLoadsAndSavesTheSameBytes) {
-  Bytes bytes = bytesOfHex(kXYVarBytes);
+  Bytes bytes = bytesOf(kXYVarBytes);
   R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
   bool ok = true;
   R_XYVar xyvar;
@@ -102,7 +102,7 @@ TEST(XYVarTest, BinaryFormLoadsAndSavesTheSameBytes) {
 }
 
 TEST(XYVarTest, BinaryFormCutAtAnyLengthFails) {
-  expectEveryTruncationFails(bytesOfHex(kXYVarBytes), [](R_InputStream& stream, bool* ok) {
+  expectEveryTruncationFails(bytesOf(kXYVarBytes), [](R_InputStream& stream, bool* ok) {
     R_XYVar xyvar;
     xyvar.load(stream, ok);
   });

@@ -12,7 +12,7 @@ std::unique_ptr<R_File> loadKnowledge(const std::string& name) {
   std::unique_ptr<R_File> file(new R_File());
   CollectingReporter reporter;
   bool loaded = file->loadXML(testData("proband/" + name).c_str(), &reporter);
-  EXPECT_TRUE(loaded) << name << ": " << (reporter.messages().empty() ? "" : reporter.messages()[0]);
+  EXPECT_TRUE(loaded) << name << ": " << (reporter.lines().empty() ? "" : reporter.lines()[0]);
   return file;
 }
 

@@ -11,19 +11,11 @@
 #include "knowledge/r_file.h"
 #include "proband/r_a_security.h"
 #include "proband/r_proband.h"
+#include "tests/support/xml_fakes.h"
 #include "xml/r_xmlerrorreporter.h"
 
 // Loads tests/data/proband/<name>; fails the test when it does not load.
 std::unique_ptr<R_File> loadKnowledge(const std::string& name);
-
-class CollectingReporter : public R_XMLErrorReporter {
- public:
-  void report(const char* text) override { lines.push_back(text); }
-  const std::vector<std::string>& messages() const { return lines; }
-
- private:
-  std::vector<std::string> lines;
-};
 
 // Admits the clients it is told to; identifiers are "R" and the index.
 class FixedSecurity : public R_A_Security {

@@ -59,7 +59,7 @@ void fillTwoRecords(R_A_SimpleDB& db) {
 TEST_F(SimpleDBTest, AMissingFileGivesAnEmptyDatabaseWithoutAMessage) {
   EXPECT_EQ(0, open(dir.file("none.xml"), false)->getN());
   EXPECT_EQ(0, open(dir.file("none.bin"), true)->getN());
-  EXPECT_TRUE(reporter.messages().empty());
+  EXPECT_TRUE(reporter.lines().empty());
 }
 
 TEST_F(SimpleDBTest, ABadRecordIsLeftOutAndReportedInnermostFirst) {
@@ -71,7 +71,7 @@ TEST_F(SimpleDBTest, ABadRecordIsLeftOutAndReportedInnermostFirst) {
       "(23) data error closing block </p_record>: error while reading record",
       "(28) Error while processing database.",
   };
-  EXPECT_EQ(expected, reporter.messages());
+  EXPECT_EQ(expected, reporter.lines());
   EXPECT_EQ(180.0, db->getProband(2)->getAnamnesticNumber(0).getValue());
 }
 
@@ -89,7 +89,7 @@ TEST_F(SimpleDBTest, TheXMLFileIsWrittenWholeAndReadsBackToTheSameBytes) {
   EXPECT_FALSE(again->getProband(1)->isSexDefined());
   ASSERT_TRUE(again->save(0));
   EXPECT_EQ(written, readFile(path));
-  EXPECT_TRUE(reporter.messages().empty());
+  EXPECT_TRUE(reporter.lines().empty());
 }
 
 TEST_F(SimpleDBTest, TheBinaryFileOfOneRecordIsPinned) {
@@ -151,7 +151,7 @@ TEST_F(SimpleDBTest, ACountBeyondTheStoredRecordsAddsOneEmptyRecordInFront) {
   bytes[0] = '\x50';
   writeFile(path, bytes);
   EXPECT_EQ(0, open(path, true)->getN());
-  EXPECT_TRUE(reporter.messages().empty());
+  EXPECT_TRUE(reporter.lines().empty());
 }
 
 TEST_F(SimpleDBTest, NamesSortWithoutRegardToCaseAndEqualNamesKeepTheirArrival) {
@@ -323,5 +323,5 @@ TEST_F(SimpleDBTest, ARecordLongerThanTheCaptureArrivesEmptyAndIsRefused) {
       "data error closing block </p_record>: error while reading record",
       "Error while processing database.",
   };
-  EXPECT_EQ(expected, reporter.messages());
+  EXPECT_EQ(expected, reporter.lines());
 }

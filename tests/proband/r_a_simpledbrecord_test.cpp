@@ -37,7 +37,7 @@ TEST_F(SimpleDBRecordTest, AnEmptyProbandElementLoadsAsAnEmptyProband) {
     EXPECT_STREQ("Jan Nov\xE1k", item.getText(0).get());
     EXPECT_FALSE(item.getProband()->isSexDefined());
   }
-  EXPECT_TRUE(reporter.messages().empty());
+  EXPECT_TRUE(reporter.lines().empty());
 }
 
 TEST_F(SimpleDBRecordTest, AProbandWithoutSexRefusesTheRecord) {
@@ -47,7 +47,7 @@ TEST_F(SimpleDBRecordTest, AProbandWithoutSexRefusesTheRecord) {
       "data error closing block </proband>: wrong proband data",
       "Error while processing database record.",
   };
-  EXPECT_EQ(expected, reporter.messages());
+  EXPECT_EQ(expected, reporter.lines());
   EXPECT_STREQ("N", record.getText(0).get());
   EXPECT_TRUE(record.getProband()->getId().isEmpty());
 }
@@ -68,7 +68,7 @@ TEST_F(SimpleDBRecordTest, LoadFileReadsARecordOfItsOwn) {
       "no input data",
       "Error while loading external file record.",
   };
-  EXPECT_EQ(expected, reporter.messages());
+  EXPECT_EQ(expected, reporter.lines());
 }
 
 TEST_F(SimpleDBRecordTest, MakeQueryWritesTheWholeProbandAsPageParameters) {

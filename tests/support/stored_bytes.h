@@ -1,7 +1,7 @@
 // Helpers for pinning stored forms: bytes as hex text, saving a value into
 // memory, loading it back, and loading every cut-off prefix of a form.
-#ifndef TESTS_CORE_STORED_BYTES_H
-#define TESTS_CORE_STORED_BYTES_H
+#ifndef TESTS_SUPPORT_STORED_BYTES_H
+#define TESTS_SUPPORT_STORED_BYTES_H
 
 #include <gtest/gtest.h>
 
@@ -27,15 +27,16 @@ inline std::string hexOf(const Bytes& bytes) {
   return text;
 }
 
-// The inverse of hexOf: pairs of hex digits separated by blanks.
+// The inverse of hexOf: pairs of hex digits; blanks between them are
+// optional.
 inline Bytes bytesOf(const std::string& hex) {
   Bytes bytes;
-  const char* p = hex.c_str();
-  char* end = nullptr;
-  for (long b = strtol(p, &end, 16); end != p; b = strtol(p, &end, 16)) {
-    bytes.push_back(static_cast<unsigned char>(b));
-    p = end;
+  std::string digits;
+  for (char c : hex) {
+    if (c != ' ') digits += c;
   }
+  for (size_t i = 0; i + 1 < digits.size(); i += 2)
+    bytes.push_back(static_cast<unsigned char>(strtol(digits.substr(i, 2).c_str(), nullptr, 16)));
   return bytes;
 }
 
@@ -44,15 +45,20 @@ inline Bytes operator+(Bytes a, const Bytes& b) {
   return a;
 }
 
-// What `value.save` writes, measured first through a zero-sized buffer.
-template <class T>
-Bytes savedBytes(const T& value) {
+// What `save(stream)` writes, measured first through an empty buffer.
+template <class Save>
+Bytes bytesSavedBy(Save save) {
   R_BufferOutputStream measure(nullptr, 0);
-  value.save(measure);
+  save(measure);
   Bytes bytes(static_cast<size_t>(measure.getCount()));
   R_BufferOutputStream out(bytes.data(), measure.getCount());
-  value.save(out);
+  save(out);
   return bytes;
+}
+
+template <class T>
+Bytes savedBytes(const T& value) {
+  return bytesSavedBy([&](R_OutputStream& stream) { value.save(stream); });
 }
 
 // Loads a T from exactly `bytes` (ok must stay true and nothing may be left
