@@ -127,6 +127,35 @@ TEST_F(ExporterProgramTest, ExportsTheXmlDatabaseInNameOrder) {
   EXPECT_EQ(readFile(testData("exporter/expected_result.txt")), readFile(out));
 }
 
+TEST_F(ExporterProgramTest, BinaryInputsExportTheSameRecords) {
+  struct Row {
+    std::string knowledge, database, mode;
+  } rows[] = {
+      {testData("exporter/knowledge.bin"), databaseFixture(), "XML"},
+      {knowledgeFixture(), testData("exporter/database.bin"), "BIN"},
+      {testData("exporter/knowledge.bin"), testData("exporter/database.bin"), "BIN"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.knowledge + " " + row.database);
+    std::string out = dir.file("result.txt");
+    ProgramRun run = runExporter(row.knowledge + " " + row.database + " " + out);
+    EXPECT_EQ(0, run.exit_code);
+    EXPECT_EQ(knowledgeLine(row.knowledge) + "* Opened database file " + row.database + " in " + row.mode +
+                  " mode, got 5 results\n" + "* Created output file " + out + "\n",
+              run.output);
+    EXPECT_EQ(readFile(testData("exporter/expected_result.txt")), readFile(out));
+  }
+}
+
+TEST_F(ExporterProgramTest, ACutBinaryKnowledgeFileFailsAsBinary) {
+  std::string cut = dir.file("cut.bin");
+  std::string whole = readFile(testData("exporter/knowledge.bin"));
+  writeFile(cut, whole.substr(0, whole.size() / 2));
+  ProgramRun run = runExporter(cut + " " + databaseFixture() + " " + dir.file("out"));
+  EXPECT_EQ(102, run.exit_code);
+  EXPECT_EQ("Error reading knowledge file " + cut + " as BIN\n", run.output);
+}
+
 TEST_F(ExporterProgramTest, ADatabaseThatBreaksAfterSomeRecordsStillExportsThem) {
   std::string db = dir.file("broken.xml"), out = dir.file("result.txt");
   writeFile(db,
