@@ -6,12 +6,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "core/r_ascii.h"
 #include "core/r_inputstream.h"
+#include "core/r_numbertext.h"
 #include "core/r_outputstream.h"
 #include "core/r_typecodes.h"
+
+namespace {
+// parse converts at most this many bytes.
+const int kLongestNumberText = 64;
+}  // namespace
 
 double R_Number::getValue() const {
   assert(defined);
@@ -39,11 +44,11 @@ bool R_Number::parse(const char* text) {
   char first = text[0];
   if (first == 0) return false;
   if (R_isDigit(first) || first == '-' || first == '.' || first == ',') {
-    char copy[65];
+    char copy[kLongestNumberText + 1];
     int n = 0;
-    for (; n < 64 && text[n]; ++n) copy[n] = text[n] == ',' ? '.' : text[n];
+    for (; n < kLongestNumberText && text[n]; ++n) copy[n] = text[n] == ',' ? '.' : text[n];
     copy[n] = 0;
-    set(atof(copy));
+    set(R_atof(copy));
     return true;
   }
   return first == '?';
@@ -54,12 +59,22 @@ bool R_Number::setFromText(const char* text) {
     defined = false;
     return false;
   }
-  std::string copy(text);
-  R_normalizeWhitespace(&copy[0]);
-  for (char& c : copy) {
-    if (c == ',') c = '.';
+  // parse reads no more than the first 64 bytes, so the normalised text is
+  // made only that far, on the stack.
+  char copy[kLongestNumberText + 1];
+  int n = 0;
+  bool pending_blank = false;
+  for (const char* in = text; *in && n < kLongestNumberText; ++in) {
+    if (R_isBlank(static_cast<unsigned char>(*in))) {
+      pending_blank = n > 0;
+      continue;
+    }
+    if (pending_blank && n < kLongestNumberText) copy[n++] = ' ';
+    pending_blank = false;
+    if (n < kLongestNumberText) copy[n++] = *in == ',' ? '.' : *in;
   }
-  return parse(copy.c_str());
+  copy[n] = 0;
+  return parse(copy);
 }
 
 void R_Number::round(double precision) {
@@ -69,7 +84,7 @@ void R_Number::round(double precision) {
 
 void R_Number::toText(char* buffer) const {
   if (defined)
-    snprintf(buffer, 64, "%g", value);
+    R_formatG(value, buffer);
   else
     strcpy(buffer, "?");
 }

@@ -43,9 +43,10 @@ int writeRecords(const R_A_SimpleDB& database, const char* path) {
     return kExitOutputFile;
   }
   printf("* Created output file %s\n", path);
-  for (int index = 0; index < database.getN(); ++index) {
-    writeResultRecord(*database.getProband(index), output, database.getText(index, 0).get(),
-                      database.getText(index, 1).get());
+  {
+    ResultRecordWriter writer(output);
+    for (int index = 0; index < database.getN(); ++index)
+      writer.write(*database.getProband(index), database.getText(index, 0).get(), database.getText(index, 1).get());
   }
   fclose(output);
   return kExitOk;

@@ -1,11 +1,13 @@
 #include "exporter/resultrecordwriter.h"
 
+#include <climits>
+#include <cmath>
 #include <cstring>
-#include <string>
 
 #include "core/r_ascii.h"
 #include "core/r_date.h"
 #include "core/r_number.h"
+#include "core/r_numbertext.h"
 #include "core/r_string.h"
 #include "proband/r_proband.h"
 
@@ -31,110 +33,228 @@ static_assert(sizeof kFoldTable / sizeof kFoldTable[0] == 44, "the fold table ha
 // letter or digit is dropped.
 const char kKeptPunctuation[] = " !@#$%^&*()=-/+.,?;";
 
-std::string foldText(const char* text) {
-  std::string folded;
-  folded.reserve(strlen(text));
-  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(text); *p; ++p) {
-    if (R_isAlnum(*p))
-      folded += static_cast<char>(*p);
-    else if (*p > 127)
-      folded += foldCharacter(*p);
-    else if (strchr(kKeptPunctuation, *p))
-      folded += static_cast<char>(*p);
+// What each byte folds to, 0 for a byte that is dropped; made once.
+struct FoldMap {
+  char to[256];
+  FoldMap() {
+    for (int byte = 1; byte < 256; ++byte) {
+      if (R_isAlnum(byte) || (byte < 128 && strchr(kKeptPunctuation, byte)))
+        to[byte] = static_cast<char>(byte);
+      else
+        to[byte] = byte > 127 ? foldCharacter(static_cast<unsigned char>(byte)) : 0;
+    }
+    to[0] = 0;
   }
-  return folded;
+};
+
+const FoldMap& foldMap() {
+  static const FoldMap map;
+  return map;
 }
 
-const char* const kKeyPrefix = "indicator-class:";
+// A buffer is handed to the file once it holds this much.
+const size_t kFlushSize = 1 << 17;
 
-std::string key(const char* suffix) { return std::string(kKeyPrefix) + suffix; }
+// ---- Field texts, appended to a buffer ----
 
-void comma(FILE* file, bool written) {
-  if (written) fputc(',', file);
+void appendKey(std::string& out, const char* key) {
+  out += '"';
+  out += key;
+  out += "\":";
 }
 
-bool writeAnamnesticNumber(FILE* file, const R_Proband& proband, const char* suffix, const char* name) {
-  if (!proband.isAnamnesticName(name)) return false;
-  R_Number value;
-  proband.getAnamnesticValue(value, name);
-  if (!value.isDefined()) return false;
-  writeNumberField(file, key(suffix).c_str(), value);
+bool appendStringField(std::string& out, const char* key, const char* text) {
+  if (!text || !*text) return false;
+  appendKey(out, key);
+  out += '"';
+  const char* to = foldMap().to;
+  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(text); *p; ++p)
+    if (to[*p]) out += to[*p];
+  out += '"';
   return true;
 }
 
-bool writeFollowedNumber(FILE* file, const R_Proband& proband, int visit, const char* suffix, const char* name) {
-  if (proband.isAnamnesticName(name)) return false;
-  R_Number value;
-  proband.getFollowedValue(visit, name, value);
-  if (!value.isDefined()) return false;
-  writeNumberField(file, key(suffix).c_str(), value);
+void appendDigits(std::string& out, int value, int width) {
+  char digits[4];
+  for (int i = width - 1; i >= 0; --i, value /= 10) digits[i] = static_cast<char>('0' + value % 10);
+  out.append(digits, static_cast<size_t>(width));
+}
+
+// The date as YYYYMMDD, the "%Y%M%D" of R_Date::format.
+bool appendDateField(std::string& out, const char* key, const R_Date& date) {
+  if (!date.isDefined()) return false;
+  appendKey(out, key);
+  out += '"';
+  appendDigits(out, date.getYear(), 4);
+  appendDigits(out, date.getMonth(), 2);
+  appendDigits(out, date.getDay(), 2);
+  out += '"';
   return true;
 }
 
-bool writeFollowedInteger(FILE* file, const R_Proband& proband, int visit, const char* suffix, const char* name) {
-  R_Number value;
-  proband.getFollowedValue(visit, name, value);
-  if (!value.isDefined()) return false;
-  writeIntegerField(file, key(suffix).c_str(), value.getInt());
-  return true;
+void appendNumberField(std::string& out, const char* key, double value) {
+  appendKey(out, key);
+  char number[R_numberTextSize];
+  out.append(number, static_cast<size_t>(R_formatG(value, number)));
 }
+
+void appendIntegerField(std::string& out, const char* key, int value) {
+  appendKey(out, key);
+  char digits[16];
+  char* p = digits + sizeof digits;
+  unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
+  do {
+    *--p = static_cast<char>('0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude);
+  if (value < 0) *--p = '-';
+  out.append(p, static_cast<size_t>(digits + sizeof digits - p));
+}
+
+void comma(std::string& out, bool written) {
+  if (written) out += ',';
+}
+
+void writeText(FILE* file, const std::string& out) { fwrite(out.data(), 1, out.size(), file); }
 
 struct FieldName {
-  const char* key_suffix;
+  const char* key;
   const char* variable;
 };
 
 const FieldName kAnamnesticFields[] = {
-    {"proband:menarche", "MENARCHE"},       {"proband:father-headcirc", "FATHER_HC"},
-    {"proband:father-height", "FATHER_HT"}, {"proband:mother-headcirc", "MOTHER_HC"},
-    {"proband:mother-height", "MOTHER_HT"},
+    {"indicator-class:proband:menarche", "MENARCHE"},
+    {"indicator-class:proband:father-headcirc", "FATHER_HC"},
+    {"indicator-class:proband:father-height", "FATHER_HT"},
+    {"indicator-class:proband:mother-headcirc", "MOTHER_HC"},
+    {"indicator-class:proband:mother-height", "MOTHER_HT"},
 };
 
 const FieldName kFollowedNumberFields[] = {
-    {"body-height", "HEIGHT"},
-    {"bone-age", "BONE_AGE"},
-    {"head-circumference", "FOH"},
-    {"arm-span", "MAC"},
-    {"suprailiacal-skinfold", "SIST"},
-    {"subscapular-skinfold", "SSST"},
-    {"tricipital-skinfold", "TST"},
-    {"testicular-volume", "TEST_VOLUME"},
-    {"body-weight", "WEIGHT"},
+    {"indicator-class:body-height", "HEIGHT"},
+    {"indicator-class:bone-age", "BONE_AGE"},
+    {"indicator-class:head-circumference", "FOH"},
+    {"indicator-class:arm-span", "MAC"},
+    {"indicator-class:suprailiacal-skinfold", "SIST"},
+    {"indicator-class:subscapular-skinfold", "SSST"},
+    {"indicator-class:tricipital-skinfold", "TST"},
+    {"indicator-class:testicular-volume", "TEST_VOLUME"},
+    {"indicator-class:body-weight", "WEIGHT"},
 };
 
 const FieldName kFollowedIntegerFields[] = {
-    {"tanner-pubic-hair", "TANNER_PH"},
-    {"tanner-mamma", "TANNER_M"},
+    {"indicator-class:tanner-pubic-hair", "TANNER_PH"},
+    {"indicator-class:tanner-mamma", "TANNER_M"},
 };
 
-// The age is written only where the reader cannot work it out from the
-// dates, and in its %g text.
-void writeVisitAge(FILE* file, const R_Number& age, bool dates_written) {
-  if (!age.isDefined() || dates_written) return;
-  char text[64];
-  snprintf(text, sizeof text, "%g", age.getValue());
-  R_Number printed;
-  printed.parse(text);
-  if (!printed.isDefined()) return;
-  writeNumberField(file, key("age-visit").c_str(), printed);
-  fputc(',', file);
-}
+const int kAnamnesticCount = sizeof kAnamnesticFields / sizeof kAnamnesticFields[0];
+const int kNumberCount = sizeof kFollowedNumberFields / sizeof kFollowedNumberFields[0];
+const int kIntegerCount = sizeof kFollowedIntegerFields / sizeof kFollowedIntegerFields[0];
 
-void writeVisit(FILE* file, const R_Proband& proband, int visit, bool dob_written) {
-  fputc('{', file);
-  bool date_written = writeDateField(file, key("date").c_str(), proband.getVisitDate(visit));
-  comma(file, date_written);
-  writeVisitAge(file, proband.getVisitAge(visit), dob_written && date_written);
-  for (const FieldName& field : kFollowedNumberFields)
-    comma(file, writeFollowedNumber(file, proband, visit, field.key_suffix, field.variable));
-  for (const FieldName& field : kFollowedIntegerFields)
-    comma(file, writeFollowedInteger(file, proband, visit, field.key_suffix, field.variable));
-  const R_String& visit_comment = proband.getVisitComment(visit);
-  writeStringField(file, key("comment").c_str(), visit_comment.isEmpty() ? "n/a" : visit_comment.get());
-  fputc('}', file);
+// The age is written only where the reader cannot work it out from the
+// dates, and in its %g text: the value is printed, read back and printed
+// again, which for a finite age gives the first text once more.
+void appendVisitAge(std::string& out, const R_Number& age, bool dates_written) {
+  if (!age.isDefined() || dates_written) return;
+  char printed_text[R_numberTextSize];
+  R_formatG(age.getValue(), printed_text);
+  R_Number printed;
+  printed.parse(printed_text);
+  if (!printed.isDefined()) return;
+  appendNumberField(out, "indicator-class:age-visit", printed.getValue());
+  out += ',';
 }
 
 }  // namespace
+
+// ---- The writer ----
+
+ResultRecordWriter::ResultRecordWriter(FILE* output) : file(output) {
+  slots.file = nullptr;
+  slots.anamnestic_count = slots.followed_count = -1;
+  text.reserve(2 * kFlushSize);
+}
+
+ResultRecordWriter::~ResultRecordWriter() { flush(); }
+
+void ResultRecordWriter::flush() {
+  writeText(file, text);
+  text.clear();
+}
+
+// A proband's slots follow from its knowledge file and the counts it was
+// built with; the lookups by name are those of the proband's own getters.
+void ResultRecordWriter::resolve(const R_Proband& proband) {
+  if (slots.file == proband.getFile() && slots.anamnestic_count == proband.getAnamnesticCount() &&
+      slots.followed_count == proband.getFollowedCount())
+    return;
+  slots.file = proband.getFile();
+  slots.anamnestic_count = proband.getAnamnesticCount();
+  slots.followed_count = proband.getFollowedCount();
+  for (int i = 0; i < kAnamnesticCount; ++i) slots.anamnestic[i] = proband.getAnamnesticOrder(kAnamnesticFields[i].variable);
+  for (int i = 0; i < kNumberCount; ++i) {
+    const char* name = kFollowedNumberFields[i].variable;
+    slots.followed_numbers[i] = proband.isAnamnesticName(name) ? -1 : proband.getFollowedOrder(name);
+  }
+  for (int i = 0; i < kIntegerCount; ++i) slots.followed_integers[i] = proband.getFollowedOrder(kFollowedIntegerFields[i].variable);
+}
+
+void ResultRecordWriter::write(const R_Proband& proband, const char* name, const char* comment) {
+  resolve(proband);
+  text += '{';
+  int sex = proband.getSex();
+  if (sex == 0 || sex == 1) comma(text, appendStringField(text, "indicator-class:proband:sex", sex == 0 ? "m" : "f"));
+  comma(text, appendStringField(text, "indicator-class:proband:id", proband.getId().get()));
+  comma(text, appendStringField(text, "indicator-class:proband:name", name));
+  comma(text, appendStringField(text, "indicator-class:proband:comment", comment));
+  bool dob_written = appendDateField(text, "indicator-class:proband:dob", proband.getDob());
+  comma(text, dob_written);
+  for (int i = 0; i < kAnamnesticCount; ++i) {
+    if (slots.anamnestic[i] < 0) continue;
+    const R_Number& value = proband.getAnamnesticNumber(slots.anamnestic[i]);
+    if (!value.isDefined()) continue;
+    appendNumberField(text, kAnamnesticFields[i].key, value.getValue());
+    text += ',';
+  }
+  text += "\"visit\":[";
+  for (int visit = 0; visit < proband.getVisitCount(); ++visit) {
+    if (visit > 0) text += ',';
+    writeVisit(proband, visit, dob_written);
+  }
+  text += "]}|||";
+  if (text.size() >= kFlushSize) flush();
+}
+
+void ResultRecordWriter::writeVisit(const R_Proband& proband, int visit, bool dob_written) {
+  text += '{';
+  bool date_written = appendDateField(text, "indicator-class:date", proband.getVisitDate(visit));
+  comma(text, date_written);
+  appendVisitAge(text, proband.getVisitAge(visit), dob_written && date_written);
+  for (int i = 0; i < kNumberCount; ++i) {
+    if (slots.followed_numbers[i] < 0) continue;
+    const R_Number& value = proband.getFollowedNumber(visit, slots.followed_numbers[i]);
+    if (!value.isDefined()) continue;
+    appendNumberField(text, kFollowedNumberFields[i].key, value.getValue());
+    text += ',';
+  }
+  for (int i = 0; i < kIntegerCount; ++i) {
+    if (slots.followed_integers[i] < 0) continue;
+    const R_Number& value = proband.getFollowedNumber(visit, slots.followed_integers[i]);
+    if (!value.isDefined()) continue;
+    appendIntegerField(text, kFollowedIntegerFields[i].key, value.getInt());
+    text += ',';
+  }
+  const R_String& visit_comment = proband.getVisitComment(visit);
+  appendStringField(text, "indicator-class:comment", visit_comment.isEmpty() ? "n/a" : visit_comment.get());
+  text += '}';
+}
+
+// ---- Single records and fields ----
+
+void writeResultRecord(const R_Proband& proband, FILE* file, const char* name, const char* comment) {
+  ResultRecordWriter writer(file);
+  writer.write(proband, name, comment);
+}
 
 char foldCharacter(unsigned char byte) {
   for (const FoldPair& pair : kFoldTable) {
@@ -144,38 +264,27 @@ char foldCharacter(unsigned char byte) {
 }
 
 bool writeStringField(FILE* file, const char* field_key, const char* text) {
-  if (!text || !*text) return false;
-  fprintf(file, "\"%s\":\"%s\"", field_key, foldText(text).c_str());
-  return true;
+  std::string out;
+  bool written = appendStringField(out, field_key, text);
+  writeText(file, out);
+  return written;
 }
 
 bool writeDateField(FILE* file, const char* field_key, const R_Date& date) {
-  char text[64];
-  date.format(text, "%Y%M%D");
-  return writeStringField(file, field_key, text);
+  std::string out;
+  bool written = appendDateField(out, field_key, date);
+  writeText(file, out);
+  return written;
 }
 
 void writeNumberField(FILE* file, const char* field_key, const R_Number& value) {
-  fprintf(file, "\"%s\":%g", field_key, value.getValue());
+  std::string out;
+  appendNumberField(out, field_key, value.getValue());
+  writeText(file, out);
 }
 
-void writeIntegerField(FILE* file, const char* field_key, int value) { fprintf(file, "\"%s\":%d", field_key, value); }
-
-void writeResultRecord(const R_Proband& proband, FILE* file, const char* name, const char* comment) {
-  fputc('{', file);
-  int sex = proband.getSex();
-  if (sex == 0 || sex == 1) comma(file, writeStringField(file, key("proband:sex").c_str(), sex == 0 ? "m" : "f"));
-  comma(file, writeStringField(file, key("proband:id").c_str(), proband.getId().get()));
-  comma(file, writeStringField(file, key("proband:name").c_str(), name));
-  comma(file, writeStringField(file, key("proband:comment").c_str(), comment));
-  bool dob_written = writeDateField(file, key("proband:dob").c_str(), proband.getDob());
-  comma(file, dob_written);
-  for (const FieldName& field : kAnamnesticFields)
-    comma(file, writeAnamnesticNumber(file, proband, field.key_suffix, field.variable));
-  fputs("\"visit\":[", file);
-  for (int visit = 0; visit < proband.getVisitCount(); ++visit) {
-    if (visit > 0) fputc(',', file);
-    writeVisit(file, proband, visit, dob_written);
-  }
-  fputs("]}|||", file);
+void writeIntegerField(FILE* file, const char* field_key, int value) {
+  std::string out;
+  appendIntegerField(out, field_key, value);
+  writeText(file, out);
 }

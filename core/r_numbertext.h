@@ -1,0 +1,19 @@
+// Conversions between doubles and their C-locale texts that give exactly
+// the bytes of the C library's "%g" and the values of its atof, only faster
+// on the short decimals that measurements have. Every other text or value
+// (exponents, hexadecimal, inf, nan, ties at the sixth digit, magnitudes
+// outside 1e-4 to 1e15) is handed to the C library itself, so the two
+// always agree; the fast roads exist because reading and exporting large
+// databases spend much of their time here.
+#ifndef CORE_R_NUMBERTEXT_H
+#define CORE_R_NUMBERTEXT_H
+
+// Writes the "%g" text of `value` and its terminator into `buffer`, which
+// holds at least R_numberTextSize bytes. Answers the length of the text.
+int R_formatG(double value, char* buffer);
+const int R_numberTextSize = 32;
+
+// The value that atof gives for `text`. Requires: text != null.
+double R_atof(const char* text);
+
+#endif
