@@ -29,5 +29,17 @@ bench:
 demo: build
 	bash samples/demo.sh
 
+# libFuzzer targets for every reader of outside files, built with clang under
+# AddressSanitizer and UndefinedBehaviorSanitizer, with their seed corpora.
+fuzz:
+	$(CMAKE) -S . -B build-fuzz -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+	  -DAUX_FUZZ=ON -DAUX_TESTS=OFF > /dev/null
+	$(CMAKE) --build build-fuzz -j $(JOBS)
+
+# Each fuzz target for FUZZ_SECONDS (default 60); any finding fails.
+FUZZ_SECONDS ?= 60
+fuzz-smoke: fuzz
+	bash fuzz/run_fuzzers.sh build-fuzz $(FUZZ_SECONDS)
+
 clean:
 	rm -rf build build-asan build-bench build-fuzz

@@ -1,0 +1,37 @@
+#include "fuzz/knowledge_checks.h"
+
+#include <memory>
+#include <string>
+
+#include "formula/r_calcvalue.h"
+#include "formula/r_calcvalueproband.h"
+#include "fuzz/fuzz_support.h"
+#include "knowledge/r_file.h"
+#include "proband/r_proband.h"
+
+void checkKnowledgeRoundTrips(const R_File& file) {
+  // The XML form may leave out the lines, which the binary form requires.
+  if (!file.getGraphRefLines().isComplete()) return;
+  const char* first = scratchPath("knowledge-1.bin");
+  FUZZ_CHECK(file.saveBinary(first));
+  R_File reread;
+  FUZZ_CHECK(reread.loadBinary(first));
+  const char* second = scratchPath("knowledge-2.bin");
+  FUZZ_CHECK(reread.saveBinary(second));
+  FUZZ_CHECK(readWholeFile(first) == readWholeFile(second));
+
+  const char* xml = scratchPath("knowledge.xml");
+  FUZZ_CHECK(file.saveXML(xml));
+  R_File from_xml;
+  CheckingReporter reporter;
+  from_xml.loadXML(xml, &reporter);
+}
+
+void computeEveryVariable(const R_File& file) {
+  std::unique_ptr<R_Proband> proband(makeProband(file));
+  R_Number age_today(8.5);
+  for (int index = 0; index < file.getVarCount(); ++index) {
+    R_CalcValue value;
+    R_CalcValueProband::load(value, file, *proband, age_today, index, 0);
+  }
+}

@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# Makes the seed corpora of the fuzz targets from the test fixtures, the
+# samples and the small hand-made seeds under fuzz/seeds:
+#   make_corpus.sh SOURCE_DIR AUXTOOL CORPUS_DIR
+# One directory per target under CORPUS_DIR, made afresh on every run. The
+# binary forms come from the XML ones through `auxtool convert`. The large
+# samples are cut into smaller files that still load, so that every seed
+# fits the targets' input limit.
+set -euo pipefail
+src=$1
+auxtool=$2
+out=$3
+
+rm -rf "$out"
+for target in xml_parser knowledge_xml knowledge_binary database_xml database_binary formula objectlist; do
+  mkdir -p "$out/$target"
+done
+
+# Hand-made seeds, and every XML fixture for the parser itself.
+for dir in "$src"/fuzz/seeds/*/; do
+  cp "$dir"* "$out/$(basename "$dir")/"
+done
+n=0
+for f in "$src"/tests/data/*/*.xml; do
+  n=$((n + 1))
+  cp "$f" "$out/xml_parser/fixture-$n.xml"
+done
+
+# Knowledge files: the fixtures, and the sample cut into its head
+# (information, lines and variables) with one reference each.
+for f in "$src"/tests/data/*/*.xml; do
+  if grep -q '<quorl>' "$f"; then cp "$f" "$out/knowledge_xml/$(basename "$(dirname "$f")")-$(basename "$f")"; fi
+done
+sample=$src/samples/knowledge.xml
+head_end=$(grep -n '^  <ref>' "$sample" | head -n 1 | cut -d: -f1)
+head -n $((head_end - 1)) "$sample" > "$out/head.tmp"
+awk -v dir="$out/knowledge_xml" -v head="$out/head.tmp" '
+  /^  <ref>/ { n++; file = dir "/sample-ref-" n ".xml"; while ((getline line < head) > 0) print line > file; close(head) }
+  file != "" { print > file }
+  /^  <\/ref>/ { print "</quorl>" > file; close(file); file = "" }
+' "$sample"
+{ cat "$out/head.tmp"; echo "</quorl>"; } > "$out/knowledge_xml/sample-variables.xml"
+rm "$out/head.tmp"
+
+for f in "$out"/knowledge_xml/*; do
+  "$auxtool" convert knowledge "$f" "$out/knowledge_binary/$(basename "$f" .xml).bin" --to bin > /dev/null 2>&1 || true
+done
+
+# Databases: the fixtures and the sample cut into files of 2 records, all
+# read with the sample knowledge file as the fuzz targets do.
+for f in "$src"/tests/data/*/*.xml; do
+  if grep -q '<p_database>\|<p_record>' "$f"; then cp "$f" "$out/database_xml/$(basename "$(dirname "$f")")-$(basename "$f")"; fi
+done
+awk -v dir="$out/database_xml" '
+  NR == 1 { header = $0 }
+  /^  <p_record>/ { if (count % 2 == 0) { if (file != "") { print "</p_database>" > file; close(file) } n++; file = dir "/sample-" n ".xml"; print header > file; print "<p_database>" > file } count++ }
+  file != "" && !/<\/p_database>/ { print > file }
+  END { if (file != "") print "</p_database>" > file }
+' "$src/samples/probands.xml"
+for f in "$out"/database_xml/*; do
+  "$auxtool" convert database "$sample" "$f" "$out/database_binary/$(basename "$f" .xml).bin" --to bin > /dev/null 2>&1 || true
+done
+"$auxtool" synth "$sample" 3 "$out/database_binary/synth-3.bin" --to bin > /dev/null
+
+# Formulas: every method and condition of the knowledge files, one per seed,
+# and the contents of whole `method` elements for the form with pairs.
+n=0
+for f in "$src"/tests/data/*/*.xml "$sample"; do
+  grep -o '<compute[^>]*>[^<]*</compute>' "$f" | sed 's/<[^>]*>//g' > "$out/formulas.tmp" || true
+  grep -o 'if="[^"]*"' "$f" | sed 's/^if="//; s/"$//' >> "$out/formulas.tmp" || true
+  while IFS= read -r line; do
+    n=$((n + 1))
+    printf '%s' "$line" > "$out/formula/source-$n.txt"
+  done < "$out/formulas.tmp"
+done
+rm "$out/formulas.tmp"
+for f in "$src"/tests/data/formula/*.xml; do
+  awk -v dir="$out/formula" -v base="$(basename "$f" .xml)" '
+    /<method>/ { n++; file = dir "/method-" base "-" n ".xml"; next }
+    /<\/method>/ { close(file); file = ""; next }
+    file != "" { print > file }
+  ' "$f"
+done
+
+for target in "$out"/*/; do
+  echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"
+done
