@@ -2,6 +2,7 @@
 
 #include <cassert>
 #include <cstdlib>
+#include <cstring>
 
 #include "core/r_ascii.h"
 
@@ -34,6 +35,18 @@ void R_XMLBuffer::startReading() {
   length = 0;
   reading = true;
   overflow = false;
+}
+
+// What does not fit only marks the overflow: an overflowed capture ends
+// empty, so the bytes that did fit do not matter.
+void R_XMLBuffer::putRun(const unsigned char* bytes, int count) {
+  if (!reading || overflow) return;
+  if (count > size - length) {
+    overflow = true;
+    return;
+  }
+  memcpy(text + length, bytes, static_cast<size_t>(count));
+  length += count;
 }
 
 void R_XMLBuffer::stopReading() {

@@ -32,6 +32,8 @@ class R_XMLBuffer {
       overflow = true;
     }
   }
+  // put() for each of `count` bytes, none of them NUL.
+  void putRun(const unsigned char* bytes, int count);
   // Ends the capture. The text is cut at its last '<', which drops the end
   // tag that arrived through put() before the reader knew it was the end;
   // an overflowed capture becomes the empty text.

@@ -31,6 +31,20 @@ class R_XMLInputFile final : public R_XMLInput {
   }
   int getLine() const override { return line; }
 
+  // The bytes read ahead and not yet taken, [runBegin(), runEnd()), which a
+  // reader may scan and take at once with takeRun instead of one getChar()
+  // each; empty when the block is used up (getChar() then reads on).
+  const unsigned char* runBegin() const { return next; }
+  const unsigned char* runEnd() const { return end; }
+  // Takes the bytes up to `to`, counting their line feeds.
+  // Requires: runBegin() <= to <= runEnd().
+  void takeRun(const unsigned char* to) {
+    int feeds = 0;  // a local count, which the byte reads cannot alias
+    for (const unsigned char* p = next; p < to; ++p) feeds += *p == '\n';
+    line += feeds;
+    next = to;
+  }
+
  private:
   bool refill();
 

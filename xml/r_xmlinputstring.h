@@ -23,9 +23,16 @@ class R_XMLInputString final : public R_XMLInput {
   }
   int getLine() const override { return 0; }
 
+  // The bytes not yet taken, up to the terminator; see R_XMLInputFile.
+  const unsigned char* runBegin() const { return reinterpret_cast<const unsigned char*>(string) + position; }
+  const unsigned char* runEnd() const { return reinterpret_cast<const unsigned char*>(string) + length; }
+  // Requires: runBegin() <= to <= runEnd().
+  void takeRun(const unsigned char* to) { position = static_cast<size_t>(to - runBegin()) + position; }
+
  private:
   const char* string;
   size_t position;
+  size_t length;  // of the text, up to its terminator
 };
 
 #endif

@@ -24,7 +24,7 @@ int copyName(const char* text, char* element, size_t* length) {
 
 }  // namespace
 
-R_XMLParameters::R_XMLParameters() : attributes(new R_XMLAttributes), stack(new R_XMLStack) {}
+R_XMLParameters::R_XMLParameters() : attributes(new R_XMLAttributes), stack(new R_XMLStack), read_levels(0) {}
 
 R_XMLParameters::~R_XMLParameters() {
   delete attributes;
@@ -32,6 +32,18 @@ R_XMLParameters::~R_XMLParameters() {
 }
 
 int R_XMLParameters::levelOf(const char* elem_name) const { return stack->find(elem_name); }
+
+void R_XMLParameters::readWaiting() const {
+  for (size_t i = 0; i < waiting_starts.size(); ++i) {
+    const char* text = &waiting_text[waiting_starts[i]];
+    int position = 0;
+    while (attributes->parse(text, &position, read_levels + static_cast<int>(i))) {
+    }
+  }
+  waiting_starts.clear();
+  waiting_text.clear();
+  read_levels = stack->getCount();
+}
 
 bool R_XMLParameters::isParameter(const char* param_name) const {
   return getParameter(param_name) != nullptr;
@@ -42,21 +54,25 @@ bool R_XMLParameters::isParameterInElement(const char* param_name, const char* e
 }
 
 bool R_XMLParameters::isParameterValue(const char* param_name, const char* value) const {
+  readWaiting();
   return attributes->hasValue(param_name, -1, value);
 }
 
 bool R_XMLParameters::isParameterValueInElement(const char* param_name, const char* elem_name,
                                                 const char* value) const {
+  readWaiting();
   int level = levelOf(elem_name);
   return level >= 0 && attributes->hasValue(param_name, level, value);
 }
 
 const char* R_XMLParameters::getParameter(const char* param_name) const {
+  readWaiting();
   return attributes->findValue(param_name, -1);
 }
 
 const char* R_XMLParameters::getParameterInElement(const char* param_name,
                                                    const char* elem_name) const {
+  readWaiting();
   int level = levelOf(elem_name);
   return level >= 0 ? attributes->findValue(param_name, level) : nullptr;
 }
@@ -80,8 +96,16 @@ void R_XMLParameters::beginElement(const char* text, char* element) {
   int position = copyName(text, element, &length);
   int level = stack->getCount();
   stack->push(element, length);
-  while (attributes->parse(text, &position, level)) {
+  if (stack->getCount() == level) {
+    // Not pushed (no memory): the attributes go in at once, as they always did.
+    readWaiting();
+    while (attributes->parse(text, &position, level)) {
+    }
+    return;
   }
+  const char* rest = text + position;
+  waiting_starts.push_back(waiting_text.size());
+  waiting_text.insert(waiting_text.end(), rest, rest + strlen(rest) + 1);
 }
 
 void R_XMLParameters::standaloneElement(const char* text, char* element) {
@@ -99,13 +123,23 @@ void R_XMLParameters::endElement(const char* text, char* element, bool* struct_o
 
 void R_XMLParameters::popElement() {
   if (!stack->isNotEmpty()) return;
-  attributes->removeElement(stack->getCount() - 1);
+  int level = stack->getCount() - 1;
+  if (level >= read_levels && !waiting_starts.empty()) {
+    waiting_text.resize(waiting_starts.back());
+    waiting_starts.pop_back();
+  } else {
+    read_levels = level;
+  }
+  attributes->removeElement(level);
   stack->pop();
 }
 
 void R_XMLParameters::clear() {
   attributes->removeElement(-1);
   stack->clear();
+  waiting_text.clear();
+  waiting_starts.clear();
+  read_levels = 0;
 }
 
 bool R_XMLParameters::hasOpenElements() const { return stack->isNotEmpty(); }

@@ -3,10 +3,18 @@
 // for attributes during receive(); the texts it answers stay valid during
 // that call only. All comparisons are exact and case-sensitive. Owns the
 // stack and the attributes. Not copyable.
+//
+// The attributes of a tag are read only when someone asks for attributes
+// while the element is open: most tags, those nested in a captured element,
+// are opened and closed without anyone asking. Until then the tag's text
+// after its name waits as it is; the first question reads every waiting
+// level in the order the elements were opened, which gives the same
+// attributes, in the same order, as reading each tag at once.
 #ifndef XML_R_XMLPARAMETERS_H
 #define XML_R_XMLPARAMETERS_H
 
 #include <cstddef>
+#include <vector>
 
 class R_XMLAttributes;
 class R_XMLStack;
@@ -68,9 +76,17 @@ class R_XMLParameters {
 
  private:
   int levelOf(const char* elem_name) const;
+  // Reads the attributes of the levels that wait; see the class comment.
+  void readWaiting() const;
 
   R_XMLAttributes* attributes;  // owned
   R_XMLStack* stack;            // owned
+  // The waiting levels are those from `read_levels` to the top of the stack;
+  // waiting_starts[i] is where the tag text of level read_levels + i begins
+  // in waiting_text, each text with its terminator.
+  mutable std::vector<char> waiting_text;
+  mutable std::vector<size_t> waiting_starts;
+  mutable int read_levels;
 };
 
 #endif

@@ -1,5 +1,6 @@
 #include "xml/r_xmlparser.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,6 +12,9 @@
 #include "xml/r_xmlrecipient.h"
 
 namespace {
+
+// Entry lengths below this are kept as bits of R_XMLParser::entry_lengths.
+const size_t kLengthBits = 64;
 
 // Replaces the owned text `*target` by a copy of `source`.
 void replaceCopy(char** target, const char* source) {
@@ -30,7 +34,8 @@ R_XMLParser::R_XMLParser(int capacity, R_XMLErrorReporter* error_reporter)
       block_code(0),
       failed(false),
       line(0),
-      longest_entry(0) {
+      longest_entry(0),
+      entry_lengths(0) {
   element[0] = 0;
 }
 
@@ -59,16 +64,52 @@ void R_XMLParser::start(const R_XMLRecipient& recipient) {
   // A path longer than every entry cannot match one, so lookups of deeper
   // paths skip building the path at all.
   longest_entry = 0;
+  entry_lengths = 0;
+  table_lengths.clear();
   for (int i = 0; i < recipient.getTagCount(); ++i) {
     const char* entry = recipient.getTag(i);
+    // An entry never set matches nothing, as in findTag.
     size_t length = entry ? strlen(entry) : 0;
+    table_lengths.push_back(entry ? length : static_cast<size_t>(-1));
     if (length > longest_entry) longest_entry = length;
+    if (length < kLengthBits) entry_lengths |= uint64_t(1) << length;
   }
 }
+
+namespace {
+
+// The first '<', '>' or NUL in [p, end), or end: eight bytes at a time,
+// each tested for the three values without a branch per byte. In the word
+// read as little-endian, the lowest flagged byte is the first match (a
+// borrow can flag only bytes above a true match).
+const unsigned char* findMarkup(const unsigned char* p, const unsigned char* end) {
+  const uint64_t ones = 0x0101010101010101ULL, highs = 0x8080808080808080ULL;
+  const uint64_t opens = ones * '<', closes = ones * '>';
+  for (; end - p >= 8; p += 8) {
+    uint64_t x;
+    memcpy(&x, p, sizeof x);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    x = __builtin_bswap64(x);
+#endif
+    uint64_t a = x ^ opens, b = x ^ closes;
+    uint64_t found = (((a - ones) & ~a) | ((b - ones) & ~b) | ((x - ones) & ~x)) & highs;
+    if (found) return p + __builtin_ctzll(found) / 8;
+  }
+  while (p < end && *p != '<' && *p != '>' && *p != 0) ++p;
+  return p;
+}
+
+}  // namespace
 
 // Instantiated for each input kind, so that the calls made for every byte
 // bind statically and inline. `capturing` mirrors buffer->isReading(),
 // which only the processing of a tag can change.
+//
+// The bytes between markup do nothing but go to the capture and, inside a
+// tag, to the tag; they are taken as whole runs, as far as the input has
+// them buffered and the tag has room. Markup, NUL bytes, the byte that
+// finds a tag full and whatever lies beyond the buffered bytes go one by
+// one as the rules read.
 template <class Input>
 void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
   buffer->clear();
@@ -82,6 +123,19 @@ void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
   bool in_tag = false;
   bool capturing = false;
   while (input.canRead()) {
+    const unsigned char* run = input.runBegin();
+    const unsigned char* stop = findMarkup(run, input.runEnd());
+    if (in_tag && stop - run > longestTag - length) stop = run + (longestTag - length);
+    if (stop != run) {
+      int count = static_cast<int>(stop - run);
+      if (capturing) buffer->putRun(run, count);
+      if (in_tag) {
+        memcpy(tag + length, run, static_cast<size_t>(count));
+        length += count;
+      }
+      input.takeRun(stop);
+      continue;
+    }
     line = input.getLine();
     int c = input.getChar();
     // Every byte goes to the capture, tags too: that is how a captured
@@ -165,9 +219,19 @@ void R_XMLParser::standaloneTag(const char* tag, R_XMLRecipient& recipient) {
   parameters.popElement();
 }
 
+// Only an entry of the path's own length can match, so most paths are
+// turned away before they are built.
 int R_XMLParser::lookup(const R_XMLRecipient& recipient, char prefix) {
-  if (parameters.getPathLength() > longest_entry) return -1;
-  return recipient.findTag(parameters.getPath(':', prefix));
+  size_t length = parameters.getPathLength() + (prefix ? 1 : 0);
+  if (length > longest_entry) return -1;
+  if (length < kLengthBits && !(entry_lengths & (uint64_t(1) << length))) return -1;
+  const char* path = parameters.getPath(':', prefix);
+  if (!path[0]) return -1;  // the path could not be built
+  for (size_t i = 0; i < table_lengths.size(); ++i) {
+    if (table_lengths[i] == length && memcmp(recipient.getTag(static_cast<int>(i)), path, length) == 0)
+      return static_cast<int>(i);
+  }
+  return -1;
 }
 
 void R_XMLParser::deliverCapture(R_XMLRecipient& recipient) {

@@ -26,6 +26,8 @@
 #define XML_R_XMLPARSER_H
 
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "xml/r_xmlparameters.h"
 
@@ -87,6 +89,8 @@ class R_XMLParser {
   bool failed;
   int line;                      // line of the input before the byte in hand
   size_t longest_entry;          // length of the longest tag table entry of this parse
+  uint64_t entry_lengths;        // bit n set: an entry of this parse is n bytes long (n < 64)
+  std::vector<size_t> table_lengths;  // of each entry of this parse; -1 for one never set
 };
 
 #endif
