@@ -6,22 +6,18 @@
 
 class R_BufferInputStream : public R_InputStream {
  public:
-  R_BufferInputStream(const unsigned char* bytes, int byte_count)
-      : buffer(bytes), size(byte_count), position(0) {}
-
- protected:
-  int read() override {
-    if (position >= size) {
-      failed = true;
-      return -1;
-    }
-    return buffer[position++];
+  // The whole buffer is the stream's window. A negative count reads as 0.
+  R_BufferInputStream(const unsigned char* bytes, int byte_count) {
+    next = bytes;
+    end = bytes + (byte_count > 0 ? byte_count : 0);
   }
 
- private:
-  const unsigned char* buffer;
-  int size;
-  int position;
+ protected:
+  // Only called once the window is used up: the end.
+  int read() override {
+    failed = true;
+    return -1;
+  }
 };
 
 #endif

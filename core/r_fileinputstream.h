@@ -1,5 +1,6 @@
 // Input stream over a file opened in binary mode. Reads through a block
-// buffer of its own, so the per-byte path is a bounds check and a load.
+// buffer of its own, which is the stream's window: the per-byte path is a
+// bounds check and a load, without a call.
 #ifndef CORE_R_FILEINPUTSTREAM_H
 #define CORE_R_FILEINPUTSTREAM_H
 
@@ -21,8 +22,6 @@ class R_FileInputStream : public R_InputStream {
 
   FILE* file;
   unsigned char block[65536];
-  int block_length;
-  int block_position;
 };
 
 #endif

@@ -4,10 +4,15 @@
 
 bool R_InputStream::checkType(int type) {
   if (failed) return false;
-  return read() == type;
+  return readByte() == type;
 }
 
 void R_InputStream::readBytes(unsigned char* buffer, int count) {
+  if (!failed && count > 0 && end - next >= count) {
+    memcpy(buffer, next, static_cast<size_t>(count));
+    next += count;
+    return;
+  }
   for (int i = 0; i < count; ++i) {
     int c = readByte();
     if (c < 0) {
