@@ -28,29 +28,36 @@ int estimateExponent(double a) {
   return e;
 }
 
-// a * 10^(5 - e), with one rounding: the six leading digits before the point.
-double scaleToSixDigits(double a, int e) {
-  return e <= 5 ? a * kExactPowers[5 - e] : a / kExactPowers[e - 5];
+// Digits that the fast road writes at most: the scaled value then stays
+// below 1e9, where one rounding moves it by far less than kTieMargin.
+const int kLongestFastPrecision = 9;
+const double kTieMargin = 1e-6;
+
+// a * 10^(digits - 1 - e), with one rounding: the leading digits before the
+// point.
+double scaleToDigits(double a, int e, int digits) {
+  int shift = digits - 1 - e;
+  return shift >= 0 ? a * kExactPowers[shift] : a / kExactPowers[-shift];
 }
 
-// The six significant digits of `a` rounded to nearest, and the decimal
-// exponent X of the first one; false where the rounding is too close to a
-// tie to be decided here.
-bool sixDigits(double a, long* digits, int* exponent) {
+// The `digits` significant digits of `a` rounded to nearest, and the
+// decimal exponent X of the first one; false where the rounding is too close
+// to a tie to be decided here.
+bool leadingDigits(double a, int digits, long* value, int* exponent) {
+  double low = kExactPowers[digits - 1], high = kExactPowers[digits];
   int e = estimateExponent(a);
-  double scaled = scaleToSixDigits(a, e);
-  if (scaled < 99999.5) scaled = scaleToSixDigits(a, --e);
-  if (scaled >= 1000000.0) scaled = scaleToSixDigits(a, ++e);
+  double scaled = scaleToDigits(a, e, digits);
+  if (scaled < low - 0.5) scaled = scaleToDigits(a, --e, digits);
+  if (scaled >= high) scaled = scaleToDigits(a, ++e, digits);
   double whole = floor(scaled);
-  // The scaled value is off the exact one by far less than 1e-9.
-  if (fabs(scaled - whole - 0.5) < 1e-7) return false;
+  if (fabs(scaled - whole - 0.5) < kTieMargin) return false;
   long r = static_cast<long>(whole) + (scaled - whole > 0.5 ? 1 : 0);
-  if (r == 1000000) {
-    r = 100000;
+  if (r == static_cast<long>(high)) {
+    r = static_cast<long>(low);
     ++e;
   }
-  if (r < 100000 || r > 999999) return false;
-  *digits = r;
+  if (r < static_cast<long>(low) || r >= static_cast<long>(high)) return false;
+  *value = r;
   *exponent = e;
   return true;
 }
@@ -63,38 +70,40 @@ char* dropTrailingZeros(char* begin, char* end) {
   return end == point + 1 ? point : end;
 }
 
-char* writeFixed(char* p, const char* d, int exponent) {
+char* writeFixed(char* p, const char* d, int digits, int exponent) {
   if (exponent < 0) {
     *p++ = '0';
     *p++ = '.';
     for (int i = -1; i > exponent; --i) *p++ = '0';
-    memcpy(p, d, 6);
-    return p + 6;
+    memcpy(p, d, static_cast<size_t>(digits));
+    return p + digits;
   }
   memcpy(p, d, static_cast<size_t>(exponent) + 1);
   p += exponent + 1;
-  if (exponent < 5) {
+  if (exponent < digits - 1) {
     *p++ = '.';
-    memcpy(p, d + exponent + 1, static_cast<size_t>(5 - exponent));
-    p += 5 - exponent;
+    memcpy(p, d + exponent + 1, static_cast<size_t>(digits - 1 - exponent));
+    p += digits - 1 - exponent;
   }
   return p;
 }
 
-char* writeExponential(char* p, const char* d, int exponent) {
+// Only exponents from 1 to 15 come here.
+char* writeExponential(char* p, const char* d, int digits, int exponent) {
+  char* begin = p;
   *p++ = d[0];
   *p++ = '.';
-  memcpy(p, d + 1, 5);
-  p = dropTrailingZeros(p - 2, p + 5);
+  memcpy(p, d + 1, static_cast<size_t>(digits - 1));
+  p = dropTrailingZeros(begin, p + digits - 1);
   *p++ = 'e';
-  *p++ = '+';  // only exponents from 6 to 15 come here
+  *p++ = '+';
   *p++ = static_cast<char>('0' + exponent / 10);
   *p++ = static_cast<char>('0' + exponent % 10);
   return p;
 }
 
-int formatWithLibrary(double value, char* buffer) {
-  return snprintf(buffer, static_cast<size_t>(R_numberTextSize), "%g", value);
+int formatWithLibrary(double value, int precision, char* buffer) {
+  return snprintf(buffer, static_cast<size_t>(R_numberTextSize), "%.*g", precision, value);
 }
 
 // The digits of a decimal text [-+]digits[.digits] ending at a byte that
@@ -117,20 +126,24 @@ bool readPlainDecimal(const char* p, uint64_t* mantissa, int* fraction_digits, b
 
 }  // namespace
 
-int R_formatG(double value, char* buffer) {
+int R_formatG(double value, char* buffer) { return R_formatG(value, 6, buffer); }
+
+int R_formatG(double value, int precision, char* buffer) {
   double a = fabs(value);
   long digits = 0;
   int exponent = 0;
-  if (!(a >= 1e-4 && a < 1e15) || !sixDigits(a, &digits, &exponent)) return formatWithLibrary(value, buffer);
-  char d[7];
-  for (int i = 5; i >= 0; --i, digits /= 10) d[i] = static_cast<char>('0' + digits % 10);
+  if (precision > kLongestFastPrecision || !(a >= 1e-4 && a < 1e15) ||
+      !leadingDigits(a, precision, &digits, &exponent))
+    return formatWithLibrary(value, precision, buffer);
+  char d[kLongestFastPrecision];
+  for (int i = precision - 1; i >= 0; --i, digits /= 10) d[i] = static_cast<char>('0' + digits % 10);
   char* p = buffer;
   if (value < 0) *p++ = '-';
-  if (exponent < 6) {
+  if (exponent < precision) {
     char* begin = p;
-    p = dropTrailingZeros(begin, writeFixed(p, d, exponent));
+    p = dropTrailingZeros(begin, writeFixed(p, d, precision, exponent));
   } else {
-    p = writeExponential(p, d, exponent);
+    p = writeExponential(p, d, precision, exponent);
   }
   *p = 0;
   return static_cast<int>(p - buffer);

@@ -77,6 +77,38 @@ TEST(NumberTextTest, FormatAgreesWithTheLibraryOnAMillionValues) {
   }
 }
 
+std::string formatG(double value, int precision) {
+  char buffer[R_numberTextSize];
+  R_formatG(value, precision, buffer);
+  return buffer;
+}
+
+std::string libraryG(double value, int precision) {
+  char buffer[64];
+  snprintf(buffer, sizeof buffer, "%.*g", precision, value);
+  return buffer;
+}
+
+TEST(NumberTextTest, FormatWithAPrecisionGivesTheTextsOfPercentDotStarG) {
+  EXPECT_EQ("0.123456789", formatG(0.123456789, 9));
+  EXPECT_EQ("1.23456789e+09", formatG(1234567890.0, 9));
+  EXPECT_EQ("-1.5", formatG(-1.5, 9));
+  EXPECT_EQ("1e+02", formatG(123.0, 1));
+  EXPECT_EQ("0.5", formatG(0.5, 1));
+  EXPECT_EQ("0.10000000000000001", formatG(0.1, 17));
+}
+
+TEST(NumberTextTest, FormatWithEveryPrecisionAgreesWithTheLibrary) {
+  uint64_t state = 99;
+  for (int i = 0; i < 600000; ++i) {
+    uint64_t r = nextRandom(&state);
+    int precision = 1 + static_cast<int>(r % 12);
+    double value = (i % 2 == 0) ? static_cast<double>((r >> 8) % 1000000000) / std::pow(10.0, static_cast<double>(r % 11))
+                                : std::ldexp(static_cast<double>(r >> 11) / 9007199254740992.0, static_cast<int>(r % 80) - 30);
+    ASSERT_EQ(libraryG(value, precision), formatG(value, precision)) << "at " << i << " precision " << precision;
+  }
+}
+
 TEST(NumberTextTest, AtofGivesTheLibraryValueForAcceptedAndOddTexts) {
   const char* const texts[] = {
       "109.2", "-0", "0", ".5", "-.5", "1.", "12abc", "1.2.3", "-", ".", "", "1e5", "1E-2", "0x1A", "inf", "-inf",

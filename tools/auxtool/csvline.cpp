@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/r_number.h"
+#include "core/r_numbertext.h"
 
 void CsvLine::startField() {
   if (fields++ > 0) line += separator;
@@ -30,9 +31,8 @@ void CsvLine::addText(const char* text) {
 void CsvLine::addNumber(const R_Number& number) {
   startField();
   if (!number.isDefined()) return;
-  char text[64];
-  snprintf(text, sizeof text, "%.9g", number.getValue());
-  line += text;
+  char text[R_numberTextSize];
+  line.append(text, static_cast<size_t>(R_formatG(number.getValue(), 9, text)));
 }
 
 void CsvLine::addInteger(int value) {
