@@ -21,10 +21,13 @@ test-asan:
 	cd build-asan && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
 
+# Micro-benchmarks, then the whole programs timed on synthetic databases of
+# 1 000 to 100 000 probands (bench/scaling.py; databases in build-bench/data).
 bench:
 	$(CMAKE) -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DAUX_BENCH=ON -DAUX_TESTS=OFF > /dev/null
 	$(CMAKE) --build build-bench -j $(JOBS)
 	@for b in build-bench/bin/bench_*; do echo "== $$b"; $$b; done
+	python3 bench/scaling.py --build build-bench
 
 demo: build
 	bash samples/demo.sh
