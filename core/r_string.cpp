@@ -9,6 +9,11 @@
 #include "core/r_outputstream.h"
 #include "core/r_typecodes.h"
 
+namespace {
+// Stored texts up to this length are read through a buffer on the stack.
+const int kShortText = 255;
+}  // namespace
+
 R_String::R_String(const R_String& other) : text(nullptr), length(0) { set(other.text); }
 
 R_String::R_String(const char* source) : text(nullptr), length(0) { set(source); }
@@ -114,16 +119,22 @@ void R_String::load(R_InputStream& stream, bool* ok) {
     *ok = false;
     return;
   }
-  char* bytes = static_cast<char*>(malloc(static_cast<size_t>(n) + 1));
+  // Short texts, most of them empty, are read on the stack, so that only a
+  // text that is kept costs an allocation.
+  char small[kShortText + 1];
+  char* bytes = n <= kShortText ? small : static_cast<char*>(malloc(static_cast<size_t>(n) + 1));
   stream.readBytes(reinterpret_cast<unsigned char*>(bytes), n);
   bytes[n] = 0;
   if (!stream.isOK()) {
-    free(bytes);
+    if (bytes != small) free(bytes);
     *ok = false;
     return;
   }
   // A stored NUL would cut the text; the length follows the terminator.
-  adopt(bytes, static_cast<int>(strlen(bytes)));
+  if (bytes == small)
+    set(small);
+  else
+    adopt(bytes, static_cast<int>(strlen(bytes)));
 }
 
 void R_String::save(R_OutputStream& stream) const {

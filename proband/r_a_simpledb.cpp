@@ -72,9 +72,13 @@ void R_A_SimpleDB::open() {
 // arrivals gives the order that inserting them one after the other would
 // give (equal names in order of arrival), in O(n log n) for a file in any
 // order, and each then lands behind the last one in O(1).
+//
+// A file that the database saved is in order already, which one pass
+// tells, and then the sort is skipped.
 void R_A_SimpleDB::admitArrivals() {
-  std::stable_sort(arrivals.begin(), arrivals.end(),
-                   [](const R_A_SimpleDBRecord* a, const R_A_SimpleDBRecord* b) { return *a < *b; });
+  auto precedes = [](const R_A_SimpleDBRecord* a, const R_A_SimpleDBRecord* b) { return *a < *b; };
+  if (!std::is_sorted(arrivals.begin(), arrivals.end(), precedes))
+    std::stable_sort(arrivals.begin(), arrivals.end(), precedes);
   for (R_A_SimpleDBRecord* item : arrivals)
     if (records.addOrdered(item) < 0) delete item;
   arrivals.clear();

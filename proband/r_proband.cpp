@@ -3,6 +3,7 @@
 #include <cassert>
 #include <cmath>
 
+#include "core/r_ascii.h"
 #include "core/r_bufferinputstream.h"
 #include "core/r_bufferoutputstream.h"
 #include "core/r_inputstream.h"
@@ -332,19 +333,28 @@ const char* R_Proband::receiveInfo(const char*, const R_XMLParameters& parameter
   return nullptr;
 }
 
-bool R_Proband::readValue(const char* text, const R_XMLParameters& parameters, const char* element,
-                          R_Number* value, R_String* name) {
+// The variable's name comes back as the attribute holds it when it has no
+// whitespace to normalise, which is the rule; else normalised in `spill`.
+// Null when there is no value to read.
+const char* R_Proband::readValue(const char* text, const R_XMLParameters& parameters, const char* element,
+                                 R_Number* value, R_String* spill) {
   const char* var = parameters.getParameterInElement("var", element);
-  if (!text || !*text || !var) return false;
+  if (!text || !*text || !var) return nullptr;
   value->setFromText(text);
-  name->setNormalized(var);
-  return true;
+  for (const char* p = var; *p; ++p) {
+    if (R_isBlank(static_cast<unsigned char>(*p))) {
+      spill->setNormalized(var);
+      return spill->get();
+    }
+  }
+  return var;
 }
 
 const char* R_Proband::receiveValue(const char* text, const R_XMLParameters& parameters) {
   R_Number value;
-  R_String name;
-  if (readValue(text, parameters, "val", &value, &name)) setAnamnesticValue(name.get(), value);
+  R_String spill;
+  const char* name = readValue(text, parameters, "val", &value, &spill);
+  if (name) setAnamnesticValue(name, value);
   return nullptr;
 }
 
@@ -368,10 +378,11 @@ const char* R_Proband::receiveRecordEnd(const char*, const R_XMLParameters&) {
 }
 
 const char* R_Proband::receiveRecordValue(const char* text, const R_XMLParameters& parameters) {
+  if (open_record < 0) return nullptr;
   R_Number value;
-  R_String name;
-  if (open_record >= 0 && readValue(text, parameters, "val", &value, &name))
-    setFollowedValue(open_record, name.get(), value);
+  R_String spill;
+  const char* name = readValue(text, parameters, "val", &value, &spill);
+  if (name) setFollowedValue(open_record, name, value);
   return nullptr;
 }
 

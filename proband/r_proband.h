@@ -161,8 +161,8 @@ class R_Proband : public R_XMLRecipient {
   const char* receiveRecordBegin(const char* text, const R_XMLParameters& parameters);
   const char* receiveRecordEnd(const char* text, const R_XMLParameters& parameters);
   const char* receiveRecordValue(const char* text, const R_XMLParameters& parameters);
-  static bool readValue(const char* text, const R_XMLParameters& parameters, const char* element,
-                        R_Number* value, R_String* name);
+  static const char* readValue(const char* text, const R_XMLParameters& parameters, const char* element,
+                               R_Number* value, R_String* spill);
 
   void saveXMLInfo(R_XMLTextOutput& output) const;
   void saveXMLVisit(R_XMLTextOutput& output, const R_ProbandRecord& record) const;
