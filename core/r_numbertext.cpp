@@ -15,17 +15,13 @@ const double kExactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1
                                1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 const int kLargestExactPower = 22;
 
-// The decimal exponent of `a` (1e-4 <= a < 1e15) as far as comparisons with
-// rounded powers of ten tell; the caller corrects it by one where needed.
+// The decimal exponent of `a` (1e-4 <= a < 1e15, so a normal double) from
+// its binary exponent: off by at most one, which the caller corrects.
 int estimateExponent(double a) {
-  static const double kBounds[] = {1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,
-                                   1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  int e = -4;
-  for (double bound : kBounds) {
-    if (a < bound) break;
-    ++e;
-  }
-  return e;
+  uint64_t bits;
+  memcpy(&bits, &a, sizeof bits);
+  int binary = static_cast<int>((bits >> 52) & 0x7FF) - 1023;
+  return static_cast<int>(floor(binary * 0.30102999566398114));
 }
 
 // Digits that the fast road writes at most: the scaled value then stays

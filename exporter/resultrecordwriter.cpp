@@ -55,6 +55,17 @@ const FoldMap& foldMap() {
 // A buffer is handed to the file once it holds this much.
 const size_t kFlushSize = 1 << 17;
 
+// A key of the record as it is written, quotes and colon included, with its
+// length.
+struct Key {
+  template <size_t N>
+  constexpr Key(const char (&quoted)[N]) : text(quoted), length(N - 1) {}  // NOLINT: made from literals
+  const char* text;
+  size_t length;
+};
+
+#define AUX_KEY(suffix) Key("\"indicator-class:" suffix "\":")
+
 // ---- Field texts, appended to a buffer ----
 
 void appendKey(std::string& out, const char* key) {
@@ -63,7 +74,10 @@ void appendKey(std::string& out, const char* key) {
   out += "\":";
 }
 
-bool appendStringField(std::string& out, const char* key, const char* text) {
+void appendKey(std::string& out, const Key& key) { out.append(key.text, key.length); }
+
+template <class K>
+bool appendStringField(std::string& out, const K& key, const char* text) {
   if (!text || !*text) return false;
   appendKey(out, key);
   out += '"';
@@ -81,7 +95,8 @@ void appendDigits(std::string& out, int value, int width) {
 }
 
 // The date as YYYYMMDD, the "%Y%M%D" of R_Date::format.
-bool appendDateField(std::string& out, const char* key, const R_Date& date) {
+template <class K>
+bool appendDateField(std::string& out, const K& key, const R_Date& date) {
   if (!date.isDefined()) return false;
   appendKey(out, key);
   out += '"';
@@ -92,13 +107,15 @@ bool appendDateField(std::string& out, const char* key, const R_Date& date) {
   return true;
 }
 
-void appendNumberField(std::string& out, const char* key, double value) {
+template <class K>
+void appendNumberField(std::string& out, const K& key, double value) {
   appendKey(out, key);
   char number[R_numberTextSize];
   out.append(number, static_cast<size_t>(R_formatG(value, number)));
 }
 
-void appendIntegerField(std::string& out, const char* key, int value) {
+template <class K>
+void appendIntegerField(std::string& out, const K& key, int value) {
   appendKey(out, key);
   char digits[16];
   char* p = digits + sizeof digits;
@@ -118,33 +135,33 @@ void comma(std::string& out, bool written) {
 void writeText(FILE* file, const std::string& out) { fwrite(out.data(), 1, out.size(), file); }
 
 struct FieldName {
-  const char* key;
+  Key key;
   const char* variable;
 };
 
 const FieldName kAnamnesticFields[] = {
-    {"indicator-class:proband:menarche", "MENARCHE"},
-    {"indicator-class:proband:father-headcirc", "FATHER_HC"},
-    {"indicator-class:proband:father-height", "FATHER_HT"},
-    {"indicator-class:proband:mother-headcirc", "MOTHER_HC"},
-    {"indicator-class:proband:mother-height", "MOTHER_HT"},
+    {AUX_KEY("proband:menarche"), "MENARCHE"},
+    {AUX_KEY("proband:father-headcirc"), "FATHER_HC"},
+    {AUX_KEY("proband:father-height"), "FATHER_HT"},
+    {AUX_KEY("proband:mother-headcirc"), "MOTHER_HC"},
+    {AUX_KEY("proband:mother-height"), "MOTHER_HT"},
 };
 
 const FieldName kFollowedNumberFields[] = {
-    {"indicator-class:body-height", "HEIGHT"},
-    {"indicator-class:bone-age", "BONE_AGE"},
-    {"indicator-class:head-circumference", "FOH"},
-    {"indicator-class:arm-span", "MAC"},
-    {"indicator-class:suprailiacal-skinfold", "SIST"},
-    {"indicator-class:subscapular-skinfold", "SSST"},
-    {"indicator-class:tricipital-skinfold", "TST"},
-    {"indicator-class:testicular-volume", "TEST_VOLUME"},
-    {"indicator-class:body-weight", "WEIGHT"},
+    {AUX_KEY("body-height"), "HEIGHT"},
+    {AUX_KEY("bone-age"), "BONE_AGE"},
+    {AUX_KEY("head-circumference"), "FOH"},
+    {AUX_KEY("arm-span"), "MAC"},
+    {AUX_KEY("suprailiacal-skinfold"), "SIST"},
+    {AUX_KEY("subscapular-skinfold"), "SSST"},
+    {AUX_KEY("tricipital-skinfold"), "TST"},
+    {AUX_KEY("testicular-volume"), "TEST_VOLUME"},
+    {AUX_KEY("body-weight"), "WEIGHT"},
 };
 
 const FieldName kFollowedIntegerFields[] = {
-    {"indicator-class:tanner-pubic-hair", "TANNER_PH"},
-    {"indicator-class:tanner-mamma", "TANNER_M"},
+    {AUX_KEY("tanner-pubic-hair"), "TANNER_PH"},
+    {AUX_KEY("tanner-mamma"), "TANNER_M"},
 };
 
 const int kAnamnesticCount = sizeof kAnamnesticFields / sizeof kAnamnesticFields[0];
@@ -161,7 +178,7 @@ void appendVisitAge(std::string& out, const R_Number& age, bool dates_written) {
   R_Number printed;
   printed.parse(printed_text);
   if (!printed.isDefined()) return;
-  appendNumberField(out, "indicator-class:age-visit", printed.getValue());
+  appendNumberField(out, AUX_KEY("age-visit"), printed.getValue());
   out += ',';
 }
 
@@ -203,11 +220,11 @@ void ResultRecordWriter::write(const R_Proband& proband, const char* name, const
   resolve(proband);
   text += '{';
   int sex = proband.getSex();
-  if (sex == 0 || sex == 1) comma(text, appendStringField(text, "indicator-class:proband:sex", sex == 0 ? "m" : "f"));
-  comma(text, appendStringField(text, "indicator-class:proband:id", proband.getId().get()));
-  comma(text, appendStringField(text, "indicator-class:proband:name", name));
-  comma(text, appendStringField(text, "indicator-class:proband:comment", comment));
-  bool dob_written = appendDateField(text, "indicator-class:proband:dob", proband.getDob());
+  if (sex == 0 || sex == 1) comma(text, appendStringField(text, AUX_KEY("proband:sex"), sex == 0 ? "m" : "f"));
+  comma(text, appendStringField(text, AUX_KEY("proband:id"), proband.getId().get()));
+  comma(text, appendStringField(text, AUX_KEY("proband:name"), name));
+  comma(text, appendStringField(text, AUX_KEY("proband:comment"), comment));
+  bool dob_written = appendDateField(text, AUX_KEY("proband:dob"), proband.getDob());
   comma(text, dob_written);
   for (int i = 0; i < kAnamnesticCount; ++i) {
     if (slots.anamnestic[i] < 0) continue;
@@ -227,7 +244,7 @@ void ResultRecordWriter::write(const R_Proband& proband, const char* name, const
 
 void ResultRecordWriter::writeVisit(const R_Proband& proband, int visit, bool dob_written) {
   text += '{';
-  bool date_written = appendDateField(text, "indicator-class:date", proband.getVisitDate(visit));
+  bool date_written = appendDateField(text, AUX_KEY("date"), proband.getVisitDate(visit));
   comma(text, date_written);
   appendVisitAge(text, proband.getVisitAge(visit), dob_written && date_written);
   for (int i = 0; i < kNumberCount; ++i) {
@@ -245,7 +262,7 @@ void ResultRecordWriter::writeVisit(const R_Proband& proband, int visit, bool do
     text += ',';
   }
   const R_String& visit_comment = proband.getVisitComment(visit);
-  appendStringField(text, "indicator-class:comment", visit_comment.isEmpty() ? "n/a" : visit_comment.get());
+  appendStringField(text, AUX_KEY("comment"), visit_comment.isEmpty() ? "n/a" : visit_comment.get());
   text += '}';
 }
 
