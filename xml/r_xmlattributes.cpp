@@ -7,6 +7,9 @@
 
 namespace {
 
+// The smallest block of an entry.
+const size_t kBlockBytes = 96;
+
 int byteAt(const char* p) { return static_cast<unsigned char>(*p); }
 
 const char* skipBlanks(const char* p) {
@@ -104,11 +107,29 @@ bool R_XMLAttributes::parse(const char* text, int* position, int element) {
              element);
 }
 
+R_XMLAttributes::~R_XMLAttributes() {
+  removeElement(-1);
+  while (spare) {
+    Entry* entry = spare;
+    spare = entry->next;
+    free(entry);
+  }
+}
+
 bool R_XMLAttributes::add(const char* name, int name_length, const char* value, int value_length,
                           int element) {
   size_t bytes = sizeof(Entry) + static_cast<size_t>(name_length) + static_cast<size_t>(value_length) + 2;
-  Entry* entry = static_cast<Entry*>(malloc(bytes));
-  if (!entry) return false;
+  Entry* entry = nullptr;
+  if (spare && spare->capacity >= bytes) {
+    entry = spare;
+    spare = entry->next;
+  } else {
+    // Room for the usual short name and value, so that the block can serve again.
+    size_t capacity = bytes > kBlockBytes ? bytes : kBlockBytes;
+    entry = static_cast<Entry*>(malloc(capacity));
+    if (!entry) return false;
+    entry->capacity = capacity;
+  }
   entry->name = reinterpret_cast<char*>(entry + 1);
   memcpy(entry->name, name, static_cast<size_t>(name_length));
   entry->name[name_length] = 0;
@@ -134,6 +155,7 @@ void R_XMLAttributes::removeElement(int element) {
     }
     *link = entry->next;
     if (selected == entry) selected = nullptr;
-    free(entry);
+    entry->next = spare;
+    spare = entry;
   }
 }

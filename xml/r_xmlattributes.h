@@ -6,12 +6,14 @@
 #ifndef XML_R_XMLATTRIBUTES_H
 #define XML_R_XMLATTRIBUTES_H
 
+#include <cstddef>
+
 #include "core/r_ascii.h"
 
 class R_XMLAttributes {
  public:
-  R_XMLAttributes() : head(nullptr), selected(nullptr) {}
-  ~R_XMLAttributes() { removeElement(-1); }
+  R_XMLAttributes() : head(nullptr), selected(nullptr), spare(nullptr) {}
+  ~R_XMLAttributes();
   R_XMLAttributes(const R_XMLAttributes&) = delete;
   R_XMLAttributes& operator=(const R_XMLAttributes&) = delete;
 
@@ -54,6 +56,7 @@ class R_XMLAttributes {
     char* name;   // points into the same allocation
     char* value;  // points into the same allocation
     int element;
+    size_t capacity;  // bytes of the allocation
   };
 
   bool add(const char* name, int name_length, const char* value, int value_length,
@@ -62,6 +65,9 @@ class R_XMLAttributes {
 
   Entry* head;
   Entry* selected;  // the cursor; null when it stands on nothing
+  // Removed entries, kept for the next ones: an element's attributes come
+  // and go with it, and the same few blocks serve a whole parse.
+  Entry* spare;
 };
 
 #endif

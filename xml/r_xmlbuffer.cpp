@@ -6,8 +6,39 @@
 
 #include "core/r_ascii.h"
 
+namespace {
+
+// Blocks of buffers that went, kept for the next buffer of the same size.
+// Loading a database builds two parsers per record, each with a buffer of
+// 16 kB, and asking the heap for a block that large each time makes it
+// tidy up all its small free pieces first; a kept block costs nothing. The
+// system has one thread, so one shared store serves.
+struct SpareBlocks {
+  static const int capacity = 4;
+  char* blocks[capacity];
+  int count;
+  size_t bytes;  // the size of the blocks kept
+};
+SpareBlocks spares = {{nullptr, nullptr, nullptr, nullptr}, 0, 0};
+
+char* takeBlock(size_t bytes) {
+  if (spares.count > 0 && spares.bytes == bytes) return spares.blocks[--spares.count];
+  return static_cast<char*>(malloc(bytes));
+}
+
+void giveBlock(char* block, size_t bytes) {
+  if (!block) return;
+  if (spares.count == 0) spares.bytes = bytes;
+  if (spares.count < SpareBlocks::capacity && spares.bytes == bytes)
+    spares.blocks[spares.count++] = block;
+  else
+    free(block);
+}
+
+}  // namespace
+
 R_XMLBuffer::R_XMLBuffer(int buffer_size)
-    : text(static_cast<char*>(malloc(static_cast<size_t>(buffer_size) + 2))),
+    : text(takeBlock(static_cast<size_t>(buffer_size) + 2)),
       length(0),
       size(text ? buffer_size : 0),
       reading(false),
@@ -17,7 +48,7 @@ R_XMLBuffer::R_XMLBuffer(int buffer_size)
   if (text) text[0] = 0;
 }
 
-R_XMLBuffer::~R_XMLBuffer() { free(text); }
+R_XMLBuffer::~R_XMLBuffer() { giveBlock(text, static_cast<size_t>(size) + 2); }
 
 const char* R_XMLBuffer::getText() const {
   assert(!reading);

@@ -78,9 +78,16 @@ const char* R_XMLParameters::getParameterInElement(const char* param_name,
 }
 
 R_XMLParameters::TagKind R_XMLParameters::checkTag(const char* text) {
-  // The first '<' must come at least two places before the first '>'.
   const char* close = strchr(text, '>');
-  if (!close) return elementUnknown;
+  return close ? classify(text, close) : elementUnknown;
+}
+
+R_XMLParameters::TagKind R_XMLParameters::checkTag(const char* text, size_t length) {
+  return length > 0 && text[length - 1] == '>' ? classify(text, text + length - 1) : elementUnknown;
+}
+
+// The first '<' must come at least two places before the first '>'.
+R_XMLParameters::TagKind R_XMLParameters::classify(const char* text, const char* close) {
   const char* open = text;
   while (open < close && *open != '<') ++open;
   if (close - open < 2) return elementUnknown;

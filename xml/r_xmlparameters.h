@@ -53,6 +53,9 @@ class R_XMLParameters {
 
   // The reader's side. `text` is a whole tag from '<' to '>'.
   static TagKind checkTag(const char* text);
+  // The same for a tag of `length` bytes that holds no NUL and no '>' but
+  // its last byte, as the reader cuts them: no search for the end.
+  static TagKind checkTag(const char* text, size_t length);
   // A name is never longer than its tag, so `element` must hold at least
   // strlen(text) + 1 bytes for the functions that copy a name into it.
   //
@@ -75,6 +78,7 @@ class R_XMLParameters {
   const char* getPath(char separator, char prefix);
 
  private:
+  static TagKind classify(const char* text, const char* close);
   int levelOf(const char* elem_name) const;
   // Reads the attributes of the levels that wait; see the class comment.
   void readWaiting() const;

@@ -5,6 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include "xml/r_xmlbuffer.h"
 #include "xml/r_xmlerrorreporter.h"
 #include "xml/r_xmlinputfile.h"
@@ -78,11 +82,27 @@ void R_XMLParser::start(const R_XMLRecipient& recipient) {
 
 namespace {
 
-// The first '<', '>' or NUL in [p, end), or end: eight bytes at a time,
-// each tested for the three values without a branch per byte. In the word
-// read as little-endian, the lowest flagged byte is the first match (a
-// borrow can flag only bytes above a true match).
-const unsigned char* findMarkup(const unsigned char* p, const unsigned char* end) {
+// The first '<', '>' or NUL in [p, end), or end. Most runs are a line
+// break and some indentation, so the test goes sixteen bytes at a time
+// where the processor has SSE2, else eight bytes at a time in a word; the
+// bytes after the last full block go one by one.
+#ifdef __SSE2__
+inline const unsigned char* findMarkup(const unsigned char* p, const unsigned char* end) {
+  const __m128i opens = _mm_set1_epi8('<'), closes = _mm_set1_epi8('>'), zeros = _mm_setzero_si128();
+  for (; end - p >= 16; p += 16) {
+    __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    __m128i hits = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(x, opens), _mm_cmpeq_epi8(x, closes)),
+                                _mm_cmpeq_epi8(x, zeros));
+    int mask = _mm_movemask_epi8(hits);
+    if (mask) return p + __builtin_ctz(static_cast<unsigned>(mask));
+  }
+  while (p < end && *p != '<' && *p != '>' && *p != 0) ++p;
+  return p;
+}
+#else
+// In the word read as little-endian, the lowest flagged byte is the first
+// match (a borrow can flag only bytes above a true match).
+inline const unsigned char* findMarkup(const unsigned char* p, const unsigned char* end) {
   const uint64_t ones = 0x0101010101010101ULL, highs = 0x8080808080808080ULL;
   const uint64_t opens = ones * '<', closes = ones * '>';
   for (; end - p >= 8; p += 8) {
@@ -98,6 +118,7 @@ const unsigned char* findMarkup(const unsigned char* p, const unsigned char* end
   while (p < end && *p != '<' && *p != '>' && *p != 0) ++p;
   return p;
 }
+#endif
 
 }  // namespace
 
@@ -121,6 +142,7 @@ void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
   char tag[longestTag + 1];
   int length = 0;
   bool in_tag = false;
+  bool tag_has_nul = false;  // a NUL byte went into the tag, which then ends there as a text
   bool capturing = false;
   while (input.canRead()) {
     const unsigned char* run = input.runBegin();
@@ -144,17 +166,21 @@ void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
     if (in_tag) {
       if (length >= longestTag) return fail("too long tag");
       tag[length++] = static_cast<char>(c);
+      tag_has_nul = tag_has_nul || c == 0;
     }
     if (c == '<') {
       if (in_tag) return fail("unexpected opening char");
       tag[0] = '<';
       length = 1;
       in_tag = true;
+      tag_has_nul = false;
     } else if (c == '>') {
       if (!in_tag) return fail("unexpected closing char");
       tag[length] = 0;
       in_tag = false;
-      if (!processTag(tag, recipient)) return;
+      R_XMLParameters::TagKind kind = tag_has_nul ? R_XMLParameters::checkTag(tag)
+                                                  : R_XMLParameters::checkTag(tag, static_cast<size_t>(length));
+      if (!processTag(tag, kind, recipient)) return;
       capturing = buffer->isReading();
     }
   }
@@ -162,8 +188,8 @@ void R_XMLParser::readAll(Input& input, R_XMLRecipient& recipient) {
   if (parameters.hasOpenElements()) fail("unfinished structure (missing end tags)");
 }
 
-bool R_XMLParser::processTag(const char* tag, R_XMLRecipient& recipient) {
-  switch (R_XMLParameters::checkTag(tag)) {
+bool R_XMLParser::processTag(const char* tag, R_XMLParameters::TagKind kind, R_XMLRecipient& recipient) {
+  switch (kind) {
     case R_XMLParameters::elementBegin:
       beginTag(tag, recipient);
       return true;

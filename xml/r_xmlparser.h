@@ -71,7 +71,7 @@ class R_XMLParser {
   template <class Input>
   void readAll(Input& input, R_XMLRecipient& recipient);
   void start(const R_XMLRecipient& recipient);
-  bool processTag(const char* tag, R_XMLRecipient& recipient);
+  bool processTag(const char* tag, R_XMLParameters::TagKind kind, R_XMLRecipient& recipient);
   void beginTag(const char* tag, R_XMLRecipient& recipient);
   bool endTag(const char* tag, R_XMLRecipient& recipient);
   void standaloneTag(const char* tag, R_XMLRecipient& recipient);
