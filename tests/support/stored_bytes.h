@@ -88,4 +88,32 @@ void forEachTruncation(const Bytes& bytes, Check check) {
   }
 }
 
+// Loads `value` from `bytes` with `ok` starting as given and answers ok;
+// `next` gets the byte after what the load read (-1 at the end).
+template <class T>
+bool loadFrom(const Bytes& bytes, T* value, int* next = nullptr, bool ok = true) {
+  R_BufferInputStream in(bytes.data(), static_cast<int>(bytes.size()));
+  value->load(in, &ok);
+  if (next) *next = in.readByte();
+  return ok;
+}
+
+// Pins a stored form two of the three ways: `value` saves as `hex`, and
+// `hex` loads and saves back unchanged.
+template <class T>
+void expectStoredForm(const T& value, const std::string& hex) {
+  EXPECT_EQ(hex, hexOf(savedBytes(value)));
+  EXPECT_EQ(hex, hexOf(reloadAndSave<T>(bytesOf(hex))));
+}
+
+// The third way: every proper prefix of `hex` fails the load and leaves a
+// value that `empty` accepts.
+template <class T, class Empty>
+void expectEveryCutFails(const std::string& hex, Empty empty) {
+  forEachTruncation<T>(bytesOf(hex), [&](const T& value, bool ok, R_InputStream&) {
+    EXPECT_FALSE(ok);
+    EXPECT_TRUE(empty(value));
+  });
+}
+
 #endif
