@@ -3,57 +3,34 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <string>
 
-TEST(FieldTemplateTest, PutGrowsToTheIndexPlusHalfTheBasesize) {
-  int item = 0;
-  R_FieldTemplate<int> ten(10);
-  EXPECT_EQ(10, ten.getSize());
-  ASSERT_TRUE(ten.put(100, &item));
-  EXPECT_EQ(105, ten.getSize());
-
-  R_FieldTemplate<int> sixteen(16);
-  ASSERT_TRUE(sixteen.put(15, &item));
-  EXPECT_EQ(16, sixteen.getSize());
-  ASSERT_TRUE(sixteen.put(16, &item));
-  EXPECT_EQ(24, sixteen.getSize());
-  ASSERT_TRUE(sixteen.put(24, &item));
-  EXPECT_EQ(32, sixteen.getSize());
-}
-
-TEST(FieldTemplateTest, BasesizeOneStillMakesRoomForTheIndexAndGrowingKeepsThePointers) {
-  int items[6] = {};
-  R_FieldTemplate<int> one(1);
-  for (int i = 0; i < 6; ++i) {
-    ASSERT_TRUE(one.put(i, &items[i]));
-    EXPECT_EQ(i + 1, one.getSize());
+TEST(FieldTemplateTest, PutGrowsToTheIndexPlusHalfTheBasesizeAndKeepsThePointers) {
+  int items[6] = {}, extra = 0;
+  const struct { int basesize, index, size; } rows[] = {
+      {10, 100, 105}, {16, 15, 16}, {16, 16, 24}, {16, 24, 32}, {1, 6, 7}, {8, 7, 8},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::to_string(row.basesize) + " at " + std::to_string(row.index));
+    R_FieldTemplate<int> field(row.basesize);
+    for (int i = 0; i < 6; ++i) ASSERT_TRUE(field.put(i, &items[i]));
+    ASSERT_TRUE(field.put(row.index, &extra));
+    EXPECT_EQ(row.size, field.getSize());
+    EXPECT_EQ(&extra, field.get(row.index));
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(&items[i], field.get(i));
+    EXPECT_EQ(nullptr, field.get(row.size));
+    EXPECT_EQ(nullptr, field.get(-1));
   }
-  for (int i = 0; i < 6; ++i) EXPECT_EQ(&items[i], one.get(i));
 }
 
-TEST(FieldTemplateTest, GetOutsideTheCapacityAnswersNull) {
-  int item = 0;
-  R_FieldTemplate<int> field(8);
-  field.put(7, &item);
-  EXPECT_EQ(&item, field.get(7));
-  EXPECT_EQ(nullptr, field.get(8));
-  EXPECT_EQ(nullptr, field.get(-1));
-  EXPECT_EQ(nullptr, field.get(INT_MAX));
-}
-
-TEST(FieldTemplateTest, ResizeNeverShrinks) {
-  R_FieldTemplate<int> field(8);
-  EXPECT_TRUE(field.resize(3));
-  EXPECT_EQ(8, field.getSize());
-  EXPECT_TRUE(field.resize(20));
-  EXPECT_EQ(20, field.getSize());
-}
-
-TEST(FieldTemplateTest, AnIndexWhoseGrowthPassesTheIntRangeIsRefused) {
+TEST(FieldTemplateTest, ResizeNeverShrinksAndAnIndexWhoseGrowthPassesTheIntRangeIsRefused) {
   int item = 0;
   R_FieldTemplate<int> field(10);
+  EXPECT_TRUE(field.resize(3));
   EXPECT_FALSE(field.put(INT_MAX, &item));
   EXPECT_FALSE(field.put(INT_MAX - 4, &item));
   EXPECT_EQ(10, field.getSize());
+  EXPECT_EQ(nullptr, field.get(INT_MAX));
   EXPECT_TRUE(field.put(3, &item));
   EXPECT_EQ(&item, field.get(3));
 }
