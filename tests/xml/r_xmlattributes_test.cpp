@@ -2,32 +2,24 @@
 
 #include <gtest/gtest.h>
 
-TEST(XMLAttributesTest, TheCursorWalksTheNewestFirst) {
+#include <string>
+
+TEST(XMLAttributesTest, TheCursorWalksTheNewestFirstAndElementsLeaveWithTheirAttributes) {
   R_XMLAttributes attributes;
   EXPECT_FALSE(attributes.select(true));
-  const char* tag = "<a x=\"1\" y=2>";
-  int position = 2;
-  EXPECT_TRUE(attributes.parse(tag, &position, 0));
-  EXPECT_TRUE(attributes.parse(tag, &position, 0));
-  EXPECT_FALSE(attributes.parse(tag, &position, 0));
-  int inner = 0;
+  int position = 2, inner = 0;
+  while (attributes.parse("<a x=\"1\" y=2>", &position, 0)) {
+  }
   EXPECT_TRUE(attributes.parse("z=\"\"", &inner, 1));
-
-  ASSERT_TRUE(attributes.select(true));
-  EXPECT_TRUE(attributes.isName("z"));
-  EXPECT_TRUE(attributes.isValue(""));
-  EXPECT_EQ(1, attributes.getElement());
-  ASSERT_TRUE(attributes.select(false));
-  EXPECT_STREQ("y", attributes.getName());
-  EXPECT_STREQ("2", attributes.getValue());
-  ASSERT_TRUE(attributes.select(false));
-  EXPECT_STREQ("x", attributes.getName());
-  EXPECT_EQ(0, attributes.getElement());
-  EXPECT_FALSE(attributes.select(false));
-
+  std::string walk;
+  for (bool first = true; attributes.select(first); first = false) {
+    walk += std::string(attributes.getName()) + "=" + attributes.getValue() + "@";
+    walk += std::to_string(attributes.getElement()) + " ";
+  }
+  EXPECT_EQ("z=@1 y=2@0 x=1@0 ", walk);
   attributes.removeElement(1);
   ASSERT_TRUE(attributes.select(true));
-  EXPECT_STREQ("y", attributes.getName());
+  EXPECT_TRUE(attributes.isName("y") && attributes.isValue("2"));
   attributes.removeElement(-1);
   EXPECT_FALSE(attributes.select(true));
 }
