@@ -11,12 +11,6 @@ namespace {
 
 typedef R_CalcValueUnary O;
 
-std::string applyNumber(double value, O::Operator op) {
-  R_Number number = num(value);
-  O::applyNumber(number, op);
-  return numberText(number);
-}
-
 std::string applyValue(const R_CalcValue& value, O::Operator op) {
   R_CalcValue result = value;
   O::apply(result, op);
@@ -25,48 +19,38 @@ std::string applyValue(const R_CalcValue& value, O::Operator op) {
 
 }  // namespace
 
-TEST(CalcValueUnaryTest, OperatorsOnNumbers) {
-  struct Row {
-    O::Operator op;
-    double value;
-    const char* expected;
+TEST(CalcValueUnaryTest, OperatorsOnNumbersKeepAnUndefinedNumberUndefined) {
+  const struct { O::Operator op; double value; const char* expected; } rows[] = {
+      {O::opNegate, 2.5, "-2.5"}, {O::opNegate, -3, "3"}, {O::opNot, 0, "1"},     {O::opNot, 5, "0"},
+      {O::opNot, -0.1, "0"},      {O::opSin, 0, "0"},     {O::opCos, 0, "1"},     {O::opExp, 0, "1"},
+      {O::opExp, 1, "2.71828"},   {O::opAbs, -4, "4"},    {O::opLn, 1, "0"},      {O::opLn, 0, "?"},
+      {O::opLn, -1, "?"},         {O::opLog, 1000, "3"},  {O::opLog, 0, "?"},     {O::opPsd, 50, "0"},
+      {O::opPsd, 0, "?"},         {O::opPsd, 100, "?"},   {O::opSdp, 0, "50"},    {O::opSdp, 6.5, "?"},
+      {O::opDefined, 7, "1"},
   };
-  const Row rows[] = {
-      {O::opNegate, 2.5, "-2.5"}, {O::opNegate, -3, "3"},  {O::opNot, 0, "1"},
-      {O::opNot, 5, "0"},         {O::opNot, -0.1, "0"},   {O::opSin, 0, "0"},
-      {O::opCos, 0, "1"},         {O::opExp, 0, "1"},      {O::opExp, 1, "2.71828"},
-      {O::opAbs, -4, "4"},        {O::opLn, 1, "0"},       {O::opLn, 0, "?"},
-      {O::opLn, -1, "?"},         {O::opLog, 1000, "3"},   {O::opLog, 0, "?"},
-      {O::opPsd, 50, "0"},        {O::opPsd, 0, "?"},      {O::opPsd, 100, "?"},
-      {O::opSdp, 0, "50"},        {O::opSdp, 6.5, "?"},    {O::opDefined, 7, "1"},
-  };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(std::to_string(row.op) + " of " + numberText(num(row.value)));
-    EXPECT_EQ(row.expected, applyNumber(row.value, row.op));
+    R_Number number = num(row.value);
+    O::applyNumber(number, row.op);
+    EXPECT_EQ(row.expected, numberText(number));
   }
-}
-
-TEST(CalcValueUnaryTest, EveryOperatorKeepsAnUndefinedNumberUndefined) {
   for (int op = 0; op < O::_opCount; ++op) {
     SCOPED_TRACE(op);
-    EXPECT_EQ("?", applyNumber(U, static_cast<O::Operator>(op)));
+    R_Number number;
+    O::applyNumber(number, static_cast<O::Operator>(op));
+    EXPECT_FALSE(number.isDefined());
   }
 }
 
-TEST(CalcValueUnaryTest, DefinedTestIsTheOneOperatorThatDefinesAnUndefinedValue) {
+TEST(CalcValueUnaryTest, OnASeriesEachYChangesAndOnlyTheDefinedTestDefinesAnUndefinedValue) {
+  const R_CalcValue values = series({{1, 2, 1}, {2, U, 2}, {3, -1, 3}}), point = series({{1, U, 1}, {2, 0, 2}});
+  EXPECT_EQ("{1 -2 1|2 ? 2|3 1 3}", applyValue(values, O::opNegate));
+  EXPECT_EQ("{1 0.30103 1|2 ? 2|3 ? 3}", applyValue(values, O::opLog));
+  EXPECT_EQ("undefined", applyValue(series({{1, 0, 1}, {2, -1, 2}}), O::opLn)) << "normalised";
+  EXPECT_EQ("{1 ? 1|2 1 2}", applyValue(point, O::opNot));
+  EXPECT_EQ("undefined", applyValue(point, O::opLn));
   EXPECT_EQ("0", applyValue(scalar(U), O::opDefined));
   EXPECT_EQ("1", applyValue(scalar(0), O::opDefined));
   EXPECT_EQ("1", applyValue(series({{1, 2, 3}}), O::opDefined));
   EXPECT_EQ("undefined", applyValue(scalar(U), O::opNot));
-  EXPECT_EQ("undefined", applyValue(scalar(U), O::opNegate));
-}
-
-TEST(CalcValueUnaryTest, OnASeriesEachYChangesAndTheResultIsNormalised) {
-  R_CalcValue values = series({{1, 2, 1}, {2, U, 2}, {3, -1, 3}});
-  EXPECT_EQ("{1 -2 1|2 ? 2|3 1 3}", applyValue(values, O::opNegate));
-  EXPECT_EQ("{1 0.30103 1|2 ? 2|3 ? 3}", applyValue(values, O::opLog));
-  EXPECT_EQ("undefined", applyValue(series({{1, 0, 1}, {2, -1, 2}}), O::opLn));
-  R_CalcValue point = series({{1, U, 1}, {2, 0, 2}});
-  EXPECT_EQ("{1 ? 1|2 1 2}", applyValue(point, O::opNot));
-  EXPECT_EQ("undefined", applyValue(point, O::opLn));
 }

@@ -31,35 +31,21 @@ TEST(EquationTranslatorTest, TranslatesSourceTextsIntoTheStoredForm) {
       {"height:prev - 2 * WEIGHT", "@A-2*@B", "HEIGHT/PREV, WEIGHT/"},
       {"AGE_TODAY GT 2.5 AND MALE", "$A>2.5&$M", ""},
       {"NOT (HEIGHT:ABOVE[100] # 3)", "!(@A<>3)", "HEIGHT/ABOVE[100]"},
-      {"ALL", "1", ""},
-      {"always", "1", ""},
-      {"1", "1", ""},
-      {"height + HEIGHT", "@A+@A", "HEIGHT/"},
-      {"HEIGHT: * HEIGHT", "@A*@A", "HEIGHT/"},
-      {"HEIGHT + HEIGHT:PREV", "@A+@B", "HEIGHT/, HEIGHT/PREV"},
-      {"HEIGHT:prev / height:PREV", "@A/@A", "HEIGHT/PREV"},
-      {"WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG", "@A",
-       "WEIGHT/AGE_ABOVE[2.5] LAST_DEFINED[2] AVG"},
-      {"HEIGHT:x_window[-1.5e2]", "@A", "HEIGHT/X_WINDOW[-1.5E2]"},
-      {"HEIGHT:ABOVE[]", "@A", "HEIGHT/ABOVE[]"},
-      {"HEIGHT=>WEIGHT", "@A=>@B", "HEIGHT/, WEIGHT/"},
-      {"HEIGHT # WEIGHT", "@A<>@B", "HEIGHT/, WEIGHT/"},
+      {"ALL", "1", ""}, {"always", "1", ""}, {"1", "1", ""},
+      {"height + HEIGHT", "@A+@A", "HEIGHT/"}, {"HEIGHT: * HEIGHT", "@A*@A", "HEIGHT/"},
+      {"HEIGHT + HEIGHT:PREV", "@A+@B", "HEIGHT/, HEIGHT/PREV"}, {"HEIGHT:prev / height:PREV", "@A/@A", "HEIGHT/PREV"},
+      {"WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG", "@A", "WEIGHT/AGE_ABOVE[2.5] LAST_DEFINED[2] AVG"},
+      {"HEIGHT:x_window[-1.5e2]", "@A", "HEIGHT/X_WINDOW[-1.5E2]"}, {"HEIGHT:ABOVE[]", "@A", "HEIGHT/ABOVE[]"},
+      {"HEIGHT=>WEIGHT", "@A=>@B", "HEIGHT/, WEIGHT/"}, {"HEIGHT # WEIGHT", "@A<>@B", "HEIGHT/, WEIGHT/"},
       {"HEIGHT @ WEIGHT", "@A&@B", "HEIGHT/, WEIGHT/"},
       {"height lteq 3 or weight gteq 4 and not female", "@A<=3|@B>=4&!$F", "HEIGHT/, WEIGHT/"},
       {"HEIGHT LT 1 = IS_PROBAND", "@A<1=$I", "HEIGHT/"},
       {"pi * exp(1) + sdp(psd(0.5)) - abs(ln(log(sin(cos(2)))))",
        "PI*EXP(1)+SDP(PSD(0.5))-ABS(LN(LOG(SIN(COS(2)))))", ""},
-      {"1e5 + 2.5E-3", "1E5+2.5E-3", ""},
-      {"3 ^ 2 ? 1 | 0", "3^2?1|0", ""},
-      {"+1", "+1", ""},
-      {"-HEIGHT", "-@A", "HEIGHT/"},
-      {"HEIGHT 2", "@A2", "HEIGHT/"},
-      {"HEIGHT2", "@A2", "HEIGHT/"},
-      {")1(", ")1(", ""},
-      {"()", "()", ""},
-      {"  HEIGHT\t*\r\n2  ", "@A*2", "HEIGHT/"},
-      {"MALE:PREV = male", "@A=$M", "MALE/PREV"},
-      {"AGE:AGE + age", "@A+@B", "AGE/AGE, AGE/"},
+      {"1e5 + 2.5E-3", "1E5+2.5E-3", ""}, {"3 ^ 2 ? 1 | 0", "3^2?1|0", ""}, {"+1", "+1", ""},
+      {"-HEIGHT", "-@A", "HEIGHT/"}, {"HEIGHT 2", "@A2", "HEIGHT/"}, {"HEIGHT2", "@A2", "HEIGHT/"},
+      {")1(", ")1(", ""}, {"()", "()", ""}, {"  HEIGHT\t*\r\n2  ", "@A*2", "HEIGHT/"},
+      {"MALE:PREV = male", "@A=$M", "MALE/PREV"}, {"AGE:AGE + age", "@A+@B", "AGE/AGE, AGE/"},
       {"WEIGHT:SD:P", "@A", "WEIGHT/SD P"},
   };
   FormulaStatistics statistics;
@@ -75,57 +61,37 @@ TEST(EquationTranslatorTest, TranslatesSourceTextsIntoTheStoredForm) {
 
 TEST(EquationTranslatorTest, RefusesNearMissesAndStoresNothing) {
   const char* sources[] = {
-      "",                    // empty translation
-      "   \t ",              // all blank
-      "HEIGHT:FOO",          // unknown method of a known variable
-      "HEIGHT:AVG:FOO",      // unknown method later in the chain
-      "HEIGHT:PREVIOUS",     // a keyword must be the whole leading run
-      "HEIGHT:[1]",          // a method needs a name
-      "HEIGHT:ABOVE[1",      // open bracket
-      "HEIGHT:ABOVE[x]",     // a letter in brackets ends the name
-      "HEIGHT:ABOVE[1[2]]",  // no nested brackets
-      "HEIGHT:ABOVE[1]]",    // a stray ']'
-      "$M",                  // the stored form is no source text
-      ".5",                  // numbers start with a digit
-      "2,5",                 // the comma is no token character
-      "LENGTH",              // unknown variable
-      "HEIGHTS",             // a known name is the whole token or ends at a colon
-      "HEIGHT_X",
-      "_HEIGHT",  // '_' starts no token
-      "(HEIGHT",  // unbalanced
-      "HEIGHT)",
-      "HEIGHT; 1",  // characters outside the token set
-      "1 + [2]",
-      "'1'",
-      "\"1\"",
-      "HEIGHT * \xC8",  // bytes above 127 are no token characters
+      nullptr, "", "   \t ",
+      "HEIGHT:FOO", "HEIGHT:AVG:FOO",  // unknown methods, also later in the chain
+      "HEIGHT:PREVIOUS",               // a keyword must be the whole leading run
+      "HEIGHT:[1]", "HEIGHT:ABOVE[1", "HEIGHT:ABOVE[x]", "HEIGHT:ABOVE[1[2]]", "HEIGHT:ABOVE[1]]",
+      "$M",                            // the stored form is no source text
+      ".5", "2,5",                     // numbers start with a digit and have no comma
+      "LENGTH", "HEIGHTS", "HEIGHT_X", // a known name is the whole token or ends at a colon
+      "_HEIGHT", "(HEIGHT", "HEIGHT)", "HEIGHT; 1", "1 + [2]", "'1'", "\"1\"",
+      "HEIGHT * \xC8",                // bytes above 127 are no token characters
   };
   FormulaStatistics statistics;
   for (const char* source : sources) {
-    SCOPED_TRACE(source);
+    SCOPED_TRACE(source ? source : "null");
     R_EquationTranslator translator;
     EXPECT_FALSE(translator.translate(source, statistics));
     EXPECT_EQ(0, translator.getEquationCount());
   }
 }
 
-TEST(EquationTranslatorTest, NullTextFails) {
-  FormulaStatistics statistics;
-  R_EquationTranslator translator;
-  EXPECT_FALSE(translator.translate(nullptr, statistics));
-  EXPECT_EQ(0, translator.getEquationCount());
-  EXPECT_EQ(0, translator.getVariableCount());
-}
-
-TEST(EquationTranslatorTest, ExpressionsOfOneTranslatorShareTheReferenceTable) {
+// The reference of a refused equation stays entered: the equation is
+// refused as a whole, so the slot does no harm.
+TEST(EquationTranslatorTest, ExpressionsOfOneTranslatorShareTheReferenceTableAlsoWithRefusedOnes) {
   FormulaStatistics statistics;
   R_EquationTranslator translator;
   ASSERT_TRUE(translator.translate("HEIGHT GT 100", statistics));
+  EXPECT_FALSE(translator.translate("HEIGHT:FOO + 1", statistics));
   ASSERT_TRUE(translator.translate("WEIGHT / height:", statistics));
   ASSERT_EQ(2, translator.getEquationCount());
   EXPECT_STREQ("@A>100", translator.getEquation(0));
-  EXPECT_STREQ("@B/@A", translator.getEquation(1));
-  EXPECT_EQ("HEIGHT/, WEIGHT/", slotsOf(translator));
+  EXPECT_STREQ("@C/@A", translator.getEquation(1));
+  EXPECT_EQ("HEIGHT/, HEIGHT/FOO, WEIGHT/", slotsOf(translator));
 }
 
 TEST(EquationTranslatorTest, ATwentySeventhDistinctReferenceFailsButAReusedOneDoesNot) {
@@ -142,15 +108,4 @@ TEST(EquationTranslatorTest, ATwentySeventhDistinctReferenceFailsButAReusedOneDo
   EXPECT_EQ(26, translator.getVariableCount());
   ASSERT_TRUE(translator.translate("height:above[26] + HEIGHT:ABOVE[5]", statistics));
   EXPECT_STREQ("@Z+@E", translator.getEquation(26));
-}
-
-// The reference is entered before its methods are checked; the equation
-// that holds it is refused as a whole, so the slot does no harm.
-TEST(EquationTranslatorTest, AnUnknownMethodLeavesItsSlotTaken) {
-  FormulaStatistics statistics;
-  R_EquationTranslator translator;
-  EXPECT_FALSE(translator.translate("HEIGHT:FOO + 1", statistics));
-  EXPECT_EQ("HEIGHT/FOO", slotsOf(translator));
-  ASSERT_TRUE(translator.translate("WEIGHT", statistics));
-  EXPECT_STREQ("@B", translator.getEquation(0));
 }

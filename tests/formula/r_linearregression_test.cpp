@@ -3,17 +3,12 @@
 #include <gtest/gtest.h>
 
 TEST(LinearRegressionTest, InterpolatesBetweenAndExtrapolatesBeyondTheTwoPoints) {
-  struct Row {
-    double x;
-    double expected;
-  };
   // The line through (2, 10) and (6, 30): y = 5x.
-  const Row rows[] = {{2, 10}, {6, 30}, {4, 20}, {3, 15}, {10, 50}, {0, 0}, {-2, -10}};
-  for (const Row& row : rows) {
+  const struct { double x, expected; } rows[] = {{2, 10}, {6, 30}, {4, 20}, {3, 15}, {10, 50}, {0, 0}, {-2, -10}};
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.x);
     EXPECT_DOUBLE_EQ(row.expected, R_LinearRegression(2, 6, row.x).get(10, 30));
   }
   // The same position serves any pair of values; falling lines too.
-  R_LinearRegression middle(2, 6, 4);
-  EXPECT_DOUBLE_EQ(-1.0, middle.get(1, -3));
+  EXPECT_DOUBLE_EQ(-1.0, R_LinearRegression(2, 6, 4).get(1, -3));
 }
