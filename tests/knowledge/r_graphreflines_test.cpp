@@ -20,45 +20,23 @@ std::string item(const char* value, const char* text) {
 
 const std::string kSD = sdLines(item("-2", "-2 SD") + item("0", "M") + item("2", "+2 SD"));
 const std::string kPercentiles = percentileLines(item("3", "P3") + item("50", "P50") + item("97", "P97"));
-const char* const kClosing = "Error while processing percentile/SDS line definitions.";
 
 // SD list [0 "M"], then percentile list [50 "P50"].
-const char* const kLinesBytes =
-    "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 00 00 "
-    "07 02 01 00 00 00 01 03 00 50 35 30 03 01 00 00 00 00 00 00 49 40";
-
-bool loadFromHex(R_GraphRefLines& lines, const std::string& hex) {
-  Bytes bytes = bytesOf(hex);
-  R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
-  bool ok = true;
-  lines.load(stream, &ok);
-  return ok;
-}
+const std::string kSDList = "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 00 00 ";
+const std::string kPercentileList = "07 02 01 00 00 00 01 03 00 50 35 30 03 01 00 00 00 00 00 00 49 40";
 
 }  // namespace
 
-TEST(GraphRefLinesFormatTest, LineClassFollowsTheTableOfTheCount) {
-  const std::vector<std::vector<int>> classes = {
-      {0},
-      {1, 1},
-      {2, 0, 2},
-      {2, 1, 1, 2},
-      {1, 2, 0, 2, 1},
-      {1, 2, 0, 0, 2, 1},
-      {2, 1, 2, 0, 2, 1, 2},
-      {2, 1, 2, 0, 0, 2, 1, 2},
-      {2, 1, 2, 2, 0, 2, 2, 1, 2},
-  };
-  for (const std::vector<int>& row : classes) {
+TEST(GraphRefLinesFormatTest, LineClassFollowsTheTableOfTheCountAndIsTwoOutsideIt) {
+  // The classes of the lines of each count from 1 to 9, one digit a line.
+  const char* const classes[] = {"0", "11", "202", "2112", "12021", "120021", "2120212", "21200212", "212202212"};
+  for (const std::string row : classes) {
     int count = static_cast<int>(row.size());
     for (int index = 0; index < count; ++index) {
       SCOPED_TRACE("index " + std::to_string(index) + " of " + std::to_string(count));
-      EXPECT_EQ(row[index], R_GraphRefLinesFormat::getLineClass(index, count));
+      EXPECT_EQ(row[index] - '0', R_GraphRefLinesFormat::getLineClass(index, count));
     }
   }
-}
-
-TEST(GraphRefLinesFormatTest, LineClassOutsideTheShortListsIsTwo) {
   EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(3, 3));
   EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(-1, 5));
   EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(6, 6));
@@ -66,7 +44,7 @@ TEST(GraphRefLinesFormatTest, LineClassOutsideTheShortListsIsTwo) {
   EXPECT_EQ(1, R_GraphRefLinesFormat::getLineClass(9, 2));
 }
 
-TEST(GraphRefLinesTest, LoadFillsBothFormats) {
+TEST(GraphRefLinesTest, LoadFillsBothFormatsWithTheSDOfEachLine) {
   R_GraphRefLines lines;
   EXPECT_FALSE(lines.isComplete());
   ASSERT_TRUE(lines.loadXML((kPercentiles + kSD).c_str(), nullptr));
@@ -77,39 +55,42 @@ TEST(GraphRefLinesTest, LoadFillsBothFormats) {
   EXPECT_STREQ("+2 SD", sd.getLineText(2));
   const R_GraphRefLinesFormat& percentiles = lines.getFormat(0);
   ASSERT_EQ(3, percentiles.getLineCount());
-  EXPECT_NEAR(-1.8807936, percentiles.getLineSD(0), 1e-6);
+  EXPECT_EQ(-1.8807936049997807, percentiles.getLineSD(0));
   EXPECT_EQ(0.0, percentiles.getLineSD(1));
-  EXPECT_NEAR(1.8807936, percentiles.getLineSD(2), 1e-6);
+  EXPECT_EQ(1.8807936049997807, percentiles.getLineSD(2));
   EXPECT_STREQ("P97", percentiles.getLineText(2));
 }
 
 TEST(GraphRefLinesTest, LoadRefusesMissingBrokenAndOutOfRangeLists) {
+  const std::string end = "Error while processing percentile/SDS line definitions.";
+  const std::string bad_sd = "Wrong data in SD line definitions.",
+                    bad_percentile = "Wrong data in percentile definitions.";
   const struct {
     std::string xml;
     std::vector<std::string> messages;
   } rows[] = {
       {kSD + kPercentiles, {}},
       {sdLines(item("-6", "a") + item("6", "b")) + kPercentiles, {}},
-      {kSD + percentileLines(item("0", "P0") + item("50", "P50")),
-       {"Wrong data in percentile definitions.", kClosing}},
-      {kSD + percentileLines(item("100", "P100")), {"Wrong data in percentile definitions.", kClosing}},
-      {sdLines(item("6.5", "high")) + kPercentiles, {"Wrong data in SD line definitions.", kClosing}},
-      {kSD, {"Wrong data in percentile definitions.", kClosing}},
-      {kPercentiles, {"Wrong data in SD line definitions.", kClosing}},
-      {"<other/>", {"Wrong data in percentile definitions.", "Wrong data in SD line definitions.", kClosing}},
+      {kSD + percentileLines(item("0", "P0") + item("50", "P50")), {bad_percentile, end}},
+      {kSD + percentileLines(item("100", "P100")), {bad_percentile, end}},
+      {sdLines(item("6.5", "high")) + kPercentiles, {bad_sd, end}},
+      {sdLines(item("-6.01", "low")) + kPercentiles, {bad_sd, end}},
+      {kSD, {bad_percentile, end}},
+      {kPercentiles, {bad_sd, end}},
+      {"<other/>", {bad_percentile, bad_sd, end}},
       {kSD + kPercentiles + kPercentiles,
-       {"data error closing block </list>: duplicate percentile lines definition", kClosing}},
-      {kSD + kSD + kPercentiles, {"data error closing block </list>: duplicate SD lines definition", kClosing}},
+       {"data error closing block </list>: duplicate percentile lines definition", end}},
+      {kSD + kSD + kPercentiles, {"data error closing block </list>: duplicate SD lines definition", end}},
       // An empty list element hands the list an empty text to parse.
       {sdLines("") + kPercentiles,
        {"no input data", "Error while processing list.", "data error closing block </list>: error loading SD lines",
-        kClosing}},
+        end}},
       {sdLines("<entry/>") + kPercentiles,
-       {"List items missing.", "Error while processing list.", "data error closing block </list>: error loading SD lines",
-        kClosing}},
+       {"List items missing.", "Error while processing list.",
+        "data error closing block </list>: error loading SD lines", end}},
       {kSD + percentileLines(item("50", "a") + item("50", "b")),
        {"data error closing block </item>: wrong or duplicate list item", "Error while processing list.",
-        "data error closing block </list>: error loading percentile lines", kClosing}},
+        "data error closing block </list>: error loading percentile lines", end}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.xml);
@@ -120,70 +101,25 @@ TEST(GraphRefLinesTest, LoadRefusesMissingBrokenAndOutOfRangeLists) {
   }
 }
 
-TEST(GraphRefLinesTest, PrepareIsDoneOnceAndRefusesAnEmptyList) {
-  R_GraphRefLinesInPercentiles empty;
-  EXPECT_FALSE(empty.prepare());
-  EXPECT_FALSE(empty.isPrepared());
-  R_GraphRefLinesInPercentiles percentiles;
-  ASSERT_TRUE(percentiles.getList().loadXML(item("50", "P50").c_str(), nullptr));
-  EXPECT_TRUE(percentiles.prepare());
-  EXPECT_TRUE(percentiles.isPrepared());
-  EXPECT_TRUE(percentiles.prepare());
-  EXPECT_EQ(0.0, percentiles.getLineSD(0));
-}
-
-TEST(GraphRefLinesTest, SDLinesAreOKOnlyWithItemsFromMinusSixToSix) {
-  R_GraphRefLinesInSD empty;
-  EXPECT_FALSE(empty.isOK());
-  R_GraphRefLinesInSD low;
-  ASSERT_TRUE(low.getList().loadXML(item("-6.01", "low").c_str(), nullptr));
-  EXPECT_FALSE(low.isOK());
-}
-
-TEST(GraphRefLinesTest, SaveXMLWritesTheSDLinesFirst) {
+TEST(GraphRefLinesTest, StoredFormsPutTheSDLinesFirst) {
   R_GraphRefLines lines;
   ASSERT_TRUE(lines.loadXML((percentileLines(item("50", "P50")) + sdLines(item("0", "M"))).c_str(), nullptr));
-  EXPECT_EQ(
-      "<sdslines><list><item value=\"0\">M</item></list></sdslines>"
-      "<percentilelines><list><item value=\"50\">P50</item></list></percentilelines>",
-      xmlWrittenBy([&](R_XMLTextOutput& out) { lines.saveXML(out); }));
-}
-
-TEST(GraphRefLinesTest, BinaryFormIsPinnedByItsBytes) {
-  R_GraphRefLines lines;
-  ASSERT_TRUE(lines.loadXML((percentileLines(item("50", "P50")) + sdLines(item("0", "M"))).c_str(), nullptr));
-  EXPECT_EQ(kLinesBytes, hexOf(savedBytes(lines)));
-}
-
-TEST(GraphRefLinesTest, BinaryFormLoadsPreparedAndSavesTheSameBytes) {
-  R_GraphRefLines lines;
-  ASSERT_TRUE(loadFromHex(lines, kLinesBytes));
-  EXPECT_TRUE(lines.getPercentileLines().isPrepared());
-  EXPECT_EQ(0.0, lines.getFormat(0).getLineSD(0));
-  EXPECT_EQ(kLinesBytes, hexOf(savedBytes(lines)));
-}
-
-TEST(GraphRefLinesTest, BinaryFormCutAtAnyLengthFails) {
-  expectEveryTruncationFails(bytesOf(kLinesBytes), [](R_InputStream& stream, bool* ok) {
-    R_GraphRefLines lines;
-    lines.load(stream, ok);
+  EXPECT_EQ(sdLines(item("0", "M")) + percentileLines(item("50", "P50")),
+            xmlWrittenBy([&](R_XMLTextOutput& out) { lines.saveXML(out); }));
+  expectPinnedForm(kSDList + kPercentileList, savedBytes(lines), [](R_InputStream& stream, bool* ok) {
+    R_GraphRefLines loaded;
+    loaded.load(stream, ok);
+    if (!*ok) return Bytes();
+    EXPECT_EQ(0.0, loaded.getFormat(0).getLineSD(0));  // prepared by the load
+    return savedBytes(loaded);
   });
 }
 
 TEST(GraphRefLinesTest, BinaryFormChecksTheValuesAsTheXMLFormDoes) {
-  const char* const rows[] = {
-      // SD 6.5 (0x401A000000000000).
-      "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 1A 40 "
-      "07 02 01 00 00 00 01 03 00 50 35 30 03 01 00 00 00 00 00 00 49 40",
-      // Percentile 100 (0x4059000000000000).
-      "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 00 00 "
-      "07 02 01 00 00 00 01 03 00 50 35 30 03 01 00 00 00 00 00 00 59 40",
-      // No percentile line.
-      "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 00 00 07 02 00 00 00 00",
+  const std::string rows[] = {
+      "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 1A 40 " + kPercentileList,  // SD 6.5
+      kSDList + "07 02 01 00 00 00 01 03 00 50 35 30 03 01 00 00 00 00 00 00 59 40",     // percentile 100
+      kSDList + "07 02 00 00 00 00",                                                      // no percentile line
   };
-  for (const char* hex : rows) {
-    SCOPED_TRACE(hex);
-    R_GraphRefLines lines;
-    EXPECT_FALSE(loadFromHex(lines, hex));
-  }
+  for (const std::string& hex : rows) EXPECT_FALSE(reloads(hex, reloaded<R_GraphRefLines>)) << hex;
 }
