@@ -40,35 +40,26 @@ TEST_F(SimpleDBRecordTest, AnEmptyProbandElementLoadsAsAnEmptyProband) {
   EXPECT_TRUE(reporter.lines().empty());
 }
 
-TEST_F(SimpleDBRecordTest, AProbandWithoutSexRefusesTheRecord) {
-  EXPECT_FALSE(record.loadXML("<p_name>N</p_name><p_comment>c</p_comment><proband><info id=\"7\"/></proband>",
-                              &reporter));
-  const std::vector<std::string> expected = {
-      "data error closing block </proband>: wrong proband data",
-      "Error while processing database record.",
-  };
-  EXPECT_EQ(expected, reporter.lines());
-  EXPECT_STREQ("N", record.getText(0).get());
-  EXPECT_TRUE(record.getProband()->getId().isEmpty());
-}
-
-TEST_F(SimpleDBRecordTest, LoadFileReadsARecordOfItsOwn) {
+// record_file_bad.xml holds a proband without sex.
+TEST_F(SimpleDBRecordTest, AProbandWithoutSexRefusesTheRecordAndLoadFileReadsARecordOfItsOwn) {
+  R_A_SimpleDBRecord refused(file.get()), bad(file.get());
+  EXPECT_FALSE(refused.loadXML("<p_name>N</p_name><p_comment>c</p_comment><proband><info id=\"7\"/></proband>",
+                               &reporter));
+  EXPECT_STREQ("N", refused.getText(0).get());
+  EXPECT_TRUE(refused.getProband()->getId().isEmpty());
+  EXPECT_FALSE(bad.loadFile(testData("proband/record_file_bad.xml").c_str(), &reporter));
+  EXPECT_FALSE(bad.loadFile(testData("proband/no_such_file.xml").c_str(), &reporter));
+  EXPECT_EQ(std::vector<std::string>({"data error closing block </proband>: wrong proband data",
+                                      "Error while processing database record.",
+                                      "data error closing block </proband>: wrong proband data",
+                                      "Error while loading external file record.", "no input data",
+                                      "Error while loading external file record."}),
+            reporter.lines());
   ASSERT_TRUE(record.loadFile(testData("proband/record_file.xml").c_str(), &reporter));
   EXPECT_STREQ("From a file", record.getText(0).get());
   EXPECT_STREQ("kept apart", record.getText(1).get());
   EXPECT_EQ("<proband><info id=\"F\" sex=\"female\" /><data><val var=\"MOTHER_HT\">158</val></data></proband>",
             textOf(*record.getProband()));
-
-  R_A_SimpleDBRecord bad(file.get());
-  EXPECT_FALSE(bad.loadFile(testData("proband/record_file_bad.xml").c_str(), &reporter));
-  EXPECT_FALSE(bad.loadFile(testData("proband/no_such_file.xml").c_str(), &reporter));
-  const std::vector<std::string> expected = {
-      "data error closing block </proband>: wrong proband data",
-      "Error while loading external file record.",
-      "no input data",
-      "Error while loading external file record.",
-  };
-  EXPECT_EQ(expected, reporter.lines());
 }
 
 TEST_F(SimpleDBRecordTest, MakeQueryWritesTheWholeProbandAsPageParameters) {
