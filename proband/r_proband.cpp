@@ -206,7 +206,7 @@ int R_Proband::addVisit(const R_Number& age, const R_Date& date) {
   R_ProbandRecord* record = new R_ProbandRecord(followed_count);
   record->setAgeDate(usableOrUndefined(age), date, dob);
   int near = findNearVisit(record->getAge());
-  if (near >= 0) {
+  if (near >= 0 || getVisitCount() >= maxVisits) {
     delete record;
     return near;
   }

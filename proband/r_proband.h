@@ -98,12 +98,20 @@ class R_Proband : public R_XMLRecipient {
   // The same with whitespace normalised.
   void setVisitCommentNormalized(int rec_index, const char* text);
 
+  // The most visits a proband keeps: far more than a child's follow-up has,
+  // and more than the XML form can carry, where a record's whole text must
+  // fit the reader's capture. Every arriving visit is compared with those
+  // already there, so the bound is what keeps reading a damaged or hostile
+  // binary file linear in its size.
+  static constexpr int maxVisits = 1024;
+
   // Adds a visit and answers its index, or -1 when the file has no followed
-  // variables or the insertion failed. With a date of birth and a date, the
-  // age is computed from them (undefined before the birth). A visit whose
-  // age lies less than 0.0027 years (just under a day) from an existing
-  // visit's age is that visit: its index comes back, and values set through
-  // it merge into it.
+  // variables, the proband has maxVisits visits already, or the insertion
+  // failed. With a date of birth and a date, the age is computed from them
+  // (undefined before the birth). A visit whose age lies less than 0.0027
+  // years (just under a day) from an existing visit's age is that visit: its
+  // index comes back, also at maxVisits, and values set through it merge
+  // into it.
   int addVisit(const R_Number& age, const R_Date& date);
   // Takes the visit out, gives it the age and date as addVisit would
   // (without merging) and puts it back in order. Answers its new index, -1
