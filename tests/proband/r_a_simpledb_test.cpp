@@ -74,9 +74,9 @@ TEST_F(SimpleDBTest, ABadRecordIsLeftOutAndReportedInnermostFirst) {
   EXPECT_EQ(180.0, db->getProband(2)->getAnamnesticNumber(0).getValue());
 }
 
-// Both forms save to a temporary file and read back to the same bytes; the
-// record without sex survives them; the binary form cut anywhere fails
-// cleanly, keeping the records read before the cut.
+// Both forms save through a temporary file and read back to the same bytes;
+// the record without sex survives them; the binary form cut anywhere loads
+// cleanly, with no more records than it holds.
 TEST_F(SimpleDBTest, EitherFormIsWrittenWholeAndReadsBackToTheSameBytes) {
   for (bool binary : {false, true}) {
     SCOPED_TRACE(binary);
