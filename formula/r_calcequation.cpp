@@ -1,6 +1,7 @@
 #include "formula/r_calcequation.h"
 
 #include "core/r_stringlist.h"
+#include "formula/r_calcbudget.h"
 #include "formula/r_calcexpression.h"
 #include "formula/r_calcvaluemethod.h"
 #include "formula/r_calcvalueproband.h"
@@ -33,7 +34,8 @@ bool R_CalcEquation::isVisitDependent() const {
 
 bool R_CalcEquation::evaluate(const R_File& file, const R_Proband* proband, const R_Number& age, int visit,
                               int depth) {
-  if (depth > R_CalcValueProband::kDepthLimit) return false;
+  R_CalcBudget step;
+  if (depth > R_CalcValueProband::kDepthLimit || !step.isAllowed()) return false;
   setUndefined();
   if (!loadReferences(file, proband, age, visit, depth)) return false;
   int sex = proband ? proband->getSex() : kUnknownSex;

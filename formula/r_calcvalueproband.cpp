@@ -1,5 +1,6 @@
 #include "formula/r_calcvalueproband.h"
 
+#include "formula/r_calcbudget.h"
 #include "formula/r_calcequation.h"
 #include "formula/r_calcvalue.h"
 #include "knowledge/r_file.h"
@@ -9,7 +10,8 @@
 
 bool R_CalcValueProband::load(R_CalcValue& value, const R_File& file, const R_Proband& proband,
                               const R_Number& age, int varindex, int depth) {
-  if (depth > kDepthLimit) return false;
+  R_CalcBudget step;
+  if (depth > kDepthLimit || !step.isAllowed()) return false;
   value.setUndefined();
   // Nothing can be read for a proband of unknown sex, and that is no failure.
   if (!proband.isSexDefined()) return true;
