@@ -2,11 +2,13 @@
 // per-byte path is a bounds check and a load. The end of the file shows only
 // after one read past it, and that read yields the byte 255: callers see an
 // empty file as the single byte 255, never as nothing. Lines start at 1 and
-// count line feeds. A path that is empty or does not open gives an input
-// that cannot read at all.
+// count line feeds; past the largest int (a file of over 2 GB of line
+// feeds) the count stays there. A path that is empty or does not open gives
+// an input that cannot read at all.
 #ifndef XML_R_XMLINPUTFILE_H
 #define XML_R_XMLINPUTFILE_H
 
+#include <climits>
 #include <cstdio>
 
 #include "xml/r_xmlinput.h"
@@ -26,7 +28,7 @@ class R_XMLInputFile final : public R_XMLInput {
       return 255;  // what the end-of-file value reads as when taken as a byte
     }
     int c = *next++;
-    if (c == '\n') ++line;
+    if (c == '\n' && line < INT_MAX) ++line;
     return c;
   }
   int getLine() const override { return line; }
@@ -41,7 +43,7 @@ class R_XMLInputFile final : public R_XMLInput {
   void takeRun(const unsigned char* to) {
     int feeds = 0;  // a local count, which the byte reads cannot alias
     for (const unsigned char* p = next; p < to; ++p) feeds += *p == '\n';
-    line += feeds;
+    line = feeds < INT_MAX - line ? line + feeds : INT_MAX;
     next = to;
   }
 
