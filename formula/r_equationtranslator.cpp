@@ -89,21 +89,15 @@ bool isFunction(const std::string& upper) {
 }
 
 // A known name fits the token when it is the whole token or the part before
-// a ':' at its own length.
-bool fitsName(const char* name, const std::string& upper) {
-  size_t length = strlen(name);
-  if (upper.size() < length || (upper.size() > length && upper[length] != ':')) return false;
-  for (size_t i = 0; i < length; ++i) {
-    if (R_toUpper(name[i]) != upper[i]) return false;
-  }
-  return true;
-}
-
+// a ':' at its own length, case aside. So only the token and its parts
+// before each ':' can fit, and each is looked up by name rather than
+// compared with every variable: a file with many variables and long
+// formulas would otherwise take time in the product of the two.
 bool isKnownName(const std::string& upper, const R_FileStatistics& statistics) {
-  for (int i = 0; i < statistics.getVarCount(); ++i) {
-    if (fitsName(statistics.getVarName(i), upper)) return true;
+  for (size_t end = upper.find(':'); end != std::string::npos; end = upper.find(':', end + 1)) {
+    if (statistics.getVarIndex(upper.substr(0, end).c_str()) >= 0) return true;
   }
-  return false;
+  return statistics.getVarIndex(upper.c_str()) >= 0;
 }
 
 // Every word of the chain must start with a method keyword; the bracket
