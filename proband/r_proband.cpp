@@ -150,7 +150,7 @@ R_ProbandRecord* R_Proband::visit(int index) const {
   return followed->get(index);
 }
 
-const R_Number& R_Proband::getFollowedNumber(int rec_index, int var_index) const {
+R_Number R_Proband::getFollowedNumber(int rec_index, int var_index) const {
   return visit(rec_index)->getValue(var_index);
 }
 
@@ -203,7 +203,7 @@ int R_Proband::findNearVisit(const R_Number& age) const {
 
 int R_Proband::addVisit(const R_Number& age, const R_Date& date) {
   if (!followed) return -1;
-  R_ProbandRecord* record = new R_ProbandRecord(followed_count);
+  R_ProbandRecord* record = R_ProbandRecord::create(followed_count);
   record->setAgeDate(usableOrUndefined(age), date, dob);
   int near = findNearVisit(record->getAge());
   if (near >= 0 || getVisitCount() >= maxVisits) {
@@ -440,32 +440,31 @@ void R_Proband::load(R_InputStream& stream, bool* ok) {
 }
 
 // The slot order of this file for each stored name, -1 where it has none.
-int* R_Proband::resolveNames(const R_ProbandNameTable& names, const R_MeasuredVariables* vars) const {
-  int count = names.getCount();
-  int* orders = new int[count > 0 ? count : 1];
-  for (int i = 0; i < count; ++i) orders[i] = orderOf(vars, names.getName(i), F);
-  return orders;
+void R_Proband::resolveNames(const R_ProbandNameTable& names, const R_MeasuredVariables* vars,
+                             SlotOrders& orders) const {
+  orders.resize(names.getCount());
+  for (int i = 0; i < names.getCount(); ++i) orders[i] = orderOf(vars, names.getName(i), F);
 }
 
 // An undefined stored value is passed over, as an absent `val` is in the XML
 // form: when two stored visits merge, the later one adds to the earlier one.
 void R_Proband::loadAnamnestic(R_InputStream& stream, bool* ok) {
   R_ProbandNameTable names(stream, ok);
-  int* orders = resolveNames(names, anamnesticVars());
+  SlotOrders orders;
+  resolveNames(names, anamnesticVars(), orders);
   for (int i = 0; *ok && i < names.getCount(); ++i) {
     R_Number value(stream, ok);
     if (*ok && stream.isOK() && orders[i] >= 0 && orders[i] < anamnestic_count && value.isDefined())
       setAnamnesticNumber(orders[i], value);
   }
-  delete[] orders;
 }
 
 void R_Proband::loadVisits(R_InputStream& stream, bool* ok) {
   R_Integer count(stream, ok);
   R_ProbandNameTable names(stream, ok);
-  int* orders = resolveNames(names, followedVars());
-  for (int i = 0; *ok && i < count.get(); ++i) loadVisit(stream, ok, orders, names.getCount());
-  delete[] orders;
+  SlotOrders orders;
+  resolveNames(names, followedVars(), orders);
+  for (int i = 0; *ok && i < count.get(); ++i) loadVisit(stream, ok, orders.data(), orders.size());
 }
 
 void R_Proband::loadVisit(R_InputStream& stream, bool* ok, const int* orders, int order_count) {

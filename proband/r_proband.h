@@ -19,6 +19,7 @@
 #include "core/r_date.h"
 #include "core/r_integer.h"
 #include "core/r_number.h"
+#include "core/r_smallarray.h"
 #include "core/r_sortedfieldtemplate.h"
 #include "core/r_string.h"
 #include "proband/r_probandrecord.h"
@@ -62,7 +63,7 @@ class R_Proband : public R_XMLRecipient {
   bool isFollowedName(const char* name) const { return getFollowedOrder(name) >= 0; }
   // Require: rec_index in 0 to getVisitCount()-1, var_index in 0 to
   // getFollowedCount()-1.
-  const R_Number& getFollowedNumber(int rec_index, int var_index) const;
+  R_Number getFollowedNumber(int rec_index, int var_index) const;
   // Undefined for a name that is no followed variable. Requires: rec_index
   // in range.
   void getFollowedValue(int rec_index, const char* name, R_Number& result) const;
@@ -177,7 +178,8 @@ class R_Proband : public R_XMLRecipient {
   void loadAnamnestic(R_InputStream& stream, bool* ok);
   void loadVisits(R_InputStream& stream, bool* ok);
   void loadVisit(R_InputStream& stream, bool* ok, const int* orders, int order_count);
-  int* resolveNames(const R_ProbandNameTable& names, const R_MeasuredVariables* vars) const;
+  typedef R_SmallArray<int, 48> SlotOrders;
+  void resolveNames(const R_ProbandNameTable& names, const R_MeasuredVariables* vars, SlotOrders& orders) const;
   static void saveNames(R_OutputStream& stream, const R_MeasuredVariables* vars, int count);
 
   const R_File* F;  // borrowed

@@ -1,42 +1,34 @@
 #include "proband/r_probandnametable.h"
 
 #include <cassert>
-#include <cstdlib>
+#include <climits>
 
 #include "core/r_inputstream.h"
+#include "core/r_typecodes.h"
 
-R_ProbandNameTable::R_ProbandNameTable(R_InputStream& stream, bool* ok)
-    : names(nullptr), count(0), capacity(0) {
+R_ProbandNameTable::R_ProbandNameTable(R_InputStream& stream, bool* ok) {
   size.load(stream, ok);
-  while (*ok && count < size.get()) {
-    R_String* name = new R_String(stream, ok);
-    if (!*ok || !append(name)) {
-      delete name;
-      *ok = false;
-    }
-  }
-}
-
-R_ProbandNameTable::~R_ProbandNameTable() {
-  for (int i = 0; i < count; ++i) delete names[i];
-  free(names);
+  while (*ok && getCount() < size.get())
+    if (!readName(stream)) *ok = false;
 }
 
 const char* R_ProbandNameTable::getName(int index) const {
-  assert(index >= 0 && index < count);
-  return names[index]->get();
+  assert(index >= 0 && index < getCount());
+  return bytes.data() + starts[index];
 }
 
-// Doubling keeps the growth linear in the names read.
-bool R_ProbandNameTable::append(R_String* name) {
-  if (count == capacity) {
-    if (capacity > (1 << 29)) return false;
-    int grown_capacity = capacity > 0 ? capacity * 2 : 16;
-    void* grown = realloc(names, sizeof(R_String*) * static_cast<size_t>(grown_capacity));
-    if (!grown) return false;
-    names = static_cast<R_String**>(grown);
-    capacity = grown_capacity;
-  }
-  names[count++] = name;
+// A name is stored as an R_String: its type byte, the length as a word, the
+// bytes. The block grows by at most one word's length beyond what was read,
+// and never past the int range, whatever a damaged stream holds.
+bool R_ProbandNameTable::readName(R_InputStream& stream) {
+  if (!stream.checkType(R_TypeString)) return false;
+  int length = stream.readWord();
+  int start = bytes.size();
+  if (!stream.isOK() || start > INT_MAX - length - 1) return false;
+  bytes.resize(start + length + 1);
+  stream.readBytes(reinterpret_cast<unsigned char*>(bytes.data() + start), length);
+  bytes[start + length] = 0;
+  if (!stream.isOK()) return false;
+  starts.push(start);
   return true;
 }

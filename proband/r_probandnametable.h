@@ -1,13 +1,14 @@
 // The variable names that a stored proband lists before its values: the
 // names of the knowledge file that wrote it, which need not be the file it
-// is read with. Owns the names. The array grows with the names actually
-// read, so a damaged count cannot make it allocate more than the stream
-// holds.
+// is read with. Every proband of a binary database carries two such tables,
+// so the names of a usual file are kept inside the table, without asking
+// the heap. Storage grows with the names actually read, so a damaged count
+// cannot make it allocate more than the stream holds.
 #ifndef PROBAND_R_PROBANDNAMETABLE_H
 #define PROBAND_R_PROBANDNAMETABLE_H
 
 #include "core/r_integer.h"
-#include "core/r_string.h"
+#include "core/r_smallarray.h"
 
 class R_InputStream;
 
@@ -18,22 +19,20 @@ class R_ProbandNameTable {
   // when *ok is false, and a failure sets it false, keeping the names read
   // before it.
   R_ProbandNameTable(R_InputStream& stream, bool* ok);
-  ~R_ProbandNameTable();
   R_ProbandNameTable(const R_ProbandNameTable&) = delete;
   R_ProbandNameTable& operator=(const R_ProbandNameTable&) = delete;
 
   // The names read, which is the stored count unless the read failed.
-  int getCount() const { return count; }
-  // Requires: 0 <= index < getCount().
+  int getCount() const { return starts.size(); }
+  // A stored NUL ends the name there. Requires: 0 <= index < getCount().
   const char* getName(int index) const;
 
  private:
-  bool append(R_String* name);
+  bool readName(R_InputStream& stream);
 
-  R_Integer size;     // the stored count
-  R_String** names;   // owned array of owned names, `capacity` long
-  int count;
-  int capacity;
+  R_Integer size;                 // the stored count
+  R_SmallArray<char, 512> bytes;  // the names, each with its terminator
+  R_SmallArray<int, 48> starts;   // where each name begins in `bytes`
 };
 
 #endif

@@ -2,9 +2,17 @@
 // followed variable of the knowledge file (in the order of
 // getFollowedVars()), and a comment. An undefined date, age or value means
 // "not recorded". The proband keeps the age in step with its date of birth;
-// this class only stores. Owns its slots; not copyable.
+// this class only stores.
+//
+// A database holds a million visits and keeps them all in memory, where
+// first touching a page costs more than anything done with it. So a record
+// is one heap block: the record, then each slot's value as a plain double,
+// then a byte per slot telling whether it is defined; values are handed out
+// as R_Number copies. Not copyable.
 #ifndef PROBAND_R_PROBANDRECORD_H
 #define PROBAND_R_PROBANDRECORD_H
+
+#include <cstddef>
 
 #include "core/r_date.h"
 #include "core/r_number.h"
@@ -12,9 +20,11 @@
 
 class R_ProbandRecord {
  public:
-  // All slots undefined. Requires: var_count > 0.
-  explicit R_ProbandRecord(int var_count);
-  ~R_ProbandRecord();
+  // A new record with all slots undefined, to be released with delete.
+  // Requires: var_count > 0.
+  static R_ProbandRecord* create(int var_count);
+  static void operator delete(void* block);
+  ~R_ProbandRecord() = default;
   R_ProbandRecord(const R_ProbandRecord&) = delete;
   R_ProbandRecord& operator=(const R_ProbandRecord&) = delete;
 
@@ -23,7 +33,7 @@ class R_ProbandRecord {
   const R_String& getComment() const { return comment; }
   int getCount() const { return count; }
   // Requires: 0 <= index < getCount().
-  const R_Number& getValue(int index) const;
+  R_Number getValue(int index) const;
 
   // Stores without any check of range: the proband decides what is valid.
   // Requires: 0 <= index < getCount().
@@ -45,9 +55,17 @@ class R_ProbandRecord {
   bool operator<(const R_ProbandRecord& other) const;
 
  private:
+  explicit R_ProbandRecord(int var_count);
+  // The record's block with room for `var_count` slots behind it.
+  static void* operator new(size_t size, int var_count);
+  static void operator delete(void* block, int var_count);
+  double* slots() { return reinterpret_cast<double*>(this + 1); }
+  const double* slots() const { return reinterpret_cast<const double*>(this + 1); }
+  bool* flags() { return reinterpret_cast<bool*>(slots() + count); }
+  const bool* flags() const { return reinterpret_cast<const bool*>(slots() + count); }
+
   R_Date date;
   R_Number age;
-  R_Number* values;  // owned, `count` long
   int count;
   R_String comment;
 };

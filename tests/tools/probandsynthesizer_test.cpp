@@ -53,7 +53,7 @@ bool hasAccent(const std::string& text) {
   return false;
 }
 
-const R_Number& followed(const R_Proband& proband, int visit, const char* name) {
+R_Number followed(const R_Proband& proband, int visit, const char* name) {
   return proband.getFollowedNumber(visit, proband.getFollowedOrder(name));
 }
 

@@ -1,0 +1,54 @@
+// A growable array of plain values that keeps its first N elements inside
+// itself and moves to the heap only when it grows past them. For the short
+// tables read over and over while loading (a proband's variable names),
+// where asking the heap each time costs more than the work. Elements added
+// by resize() hold no defined value until written. Not copyable.
+#ifndef CORE_R_SMALLARRAY_H
+#define CORE_R_SMALLARRAY_H
+
+#include <cassert>
+#include <cstddef>
+#include <vector>
+
+template <class T, int N>
+class R_SmallArray {
+ public:
+  R_SmallArray() : count(0) {}
+  R_SmallArray(const R_SmallArray&) = delete;
+  R_SmallArray& operator=(const R_SmallArray&) = delete;
+
+  int size() const { return count; }
+  T* data() { return heap.empty() ? local : heap.data(); }
+  const T* data() const { return heap.empty() ? local : heap.data(); }
+  T& operator[](int index) {
+    assert(index >= 0 && index < count);
+    return data()[index];
+  }
+  const T& operator[](int index) const {
+    assert(index >= 0 && index < count);
+    return data()[index];
+  }
+
+  // Requires: new_size >= 0.
+  void resize(int new_size) {
+    assert(new_size >= 0);
+    if (heap.empty() && new_size <= N) {
+      count = new_size;
+      return;
+    }
+    if (heap.empty()) heap.assign(local, local + count);
+    heap.resize(static_cast<size_t>(new_size));
+    count = new_size;
+  }
+  void push(const T& item) {
+    resize(count + 1);
+    data()[count - 1] = item;
+  }
+
+ private:
+  T local[N];
+  std::vector<T> heap;  // holds the elements once they outgrew `local`
+  int count;
+};
+
+#endif
