@@ -12,6 +12,7 @@
 #include "core/r_integer.h"
 #include "core/r_typecodes.h"
 #include "proband/r_a_security.h"
+#include "proband/r_a_simpledbplainreader.h"
 #include "proband/r_proband.h"
 #include "xml/r_xmlparser.h"
 #include "xml/r_xmltextoutput.h"
@@ -99,7 +100,11 @@ void R_A_SimpleDB::loadBinary() {
   admitArrivals();
 }
 
+// A file goes the plain road first; when that gives up, its records are gone
+// and the general road reads the file from its start, with every message it
+// gives.
 bool R_A_SimpleDB::parseXML(const char* source, bool from_file) {
+  if (from_file && readPlain(source)) return true;
   R_XMLParser parser(R_XMLParser::captureSize, reporter);
   setTagCount(1);
   setTag(0, kRecordPath);
@@ -108,6 +113,13 @@ bool R_A_SimpleDB::parseXML(const char* source, bool from_file) {
   admitArrivals();
   if (!result) parser.report("Error while processing database.");
   return result;
+}
+
+bool R_A_SimpleDB::readPlain(const char* file_path) {
+  R_A_SimpleDBPlainReader reader(F);
+  if (!reader.read(file_path, &arrivals)) return false;
+  admitArrivals();
+  return true;
 }
 
 bool R_A_SimpleDB::loadText(const char* textXML) { return parseXML(textXML ? textXML : "", false); }

@@ -68,6 +68,9 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   void open();
   void loadBinary();
   bool parseXML(const char* source, bool from_file);
+  // Reads a file in the layout the database writes in one pass (see
+  // R_A_SimpleDBPlainReader); false, with nothing added, for any other file.
+  bool readPlain(const char* file_path);
   void admitArrivals();
   R_A_SimpleDBRecord* record(int index) const { return records.get(index); }
   bool saveBinary(const char* target) const;

@@ -43,6 +43,11 @@ void R_A_SimpleDBRecord::setText(int typ, const char* text) {
   texts[typ].set(text);
 }
 
+void R_A_SimpleDBRecord::setTextNormalized(int typ, const char* text) {
+  assert(typ == 0 || typ == 1);
+  texts[typ].setNormalized(text);
+}
+
 bool R_A_SimpleDBRecord::matches(const char* text) const {
   return texts[0].contains(text) || texts[1].contains(text);
 }
@@ -78,7 +83,7 @@ bool R_A_SimpleDBRecord::loadFile(const char* path, R_XMLErrorReporter* reporter
 
 const char* R_A_SimpleDBRecord::receive(int code, const char* text, const R_XMLParameters&) {
   if (code == 0 || code == 1) {
-    texts[code].setNormalized(text);
+    setTextNormalized(code, text);
     return nullptr;
   }
   if (code != 2) return "unrecognized code in DB proband record";

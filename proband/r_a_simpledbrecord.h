@@ -26,6 +26,8 @@ class R_A_SimpleDBRecord : public R_XMLRecipient {
   // Text 0 is the name, text 1 the comment. Require: typ 0 or 1.
   const R_String& getText(int typ) const;
   void setText(int typ, const char* text);
+  // The same with whitespace normalised, as element text enters the record.
+  void setTextNormalized(int typ, const char* text);
   R_Proband* getProband() const { return proband; }
   bool isSelected() const { return selected; }
   void select() { selected = true; }
