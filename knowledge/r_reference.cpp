@@ -80,14 +80,14 @@ bool R_Reference::isForSex(int sex) const {
   return false;
 }
 
+// The cheap tests first: a search tries every reference of the file.
 bool R_Reference::fits(int sex, const R_Number& at_age, const R_XYVar& pair) const {
-  if (pair != xyref) return false;
-  if (age.isDefined() && !age.contains(at_age)) return false;
-  return isForSex(sex);
+  if (pair != xyref || !isForSex(sex)) return false;
+  return !age.isDefined() || age.contains(at_age);
 }
 
 bool R_Reference::fits(int sex, const R_Interval& interval, const R_XYVar& pair) const {
-  return pair == xyref && age.contains(interval) && isForSex(sex);
+  return pair == xyref && isForSex(sex) && age.contains(interval);
 }
 
 const R_Granularity& R_Reference::getGranularity(int index) const {

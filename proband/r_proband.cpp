@@ -202,8 +202,12 @@ int R_Proband::findNearVisit(const R_Number& age) const {
 }
 
 int R_Proband::addVisit(const R_Number& age, const R_Date& date) {
+  return addVisitWithRoom(age, date, R_ProbandRecord::usualRoom);
+}
+
+int R_Proband::addVisitWithRoom(const R_Number& age, const R_Date& date, int room) {
   if (!followed) return -1;
-  R_ProbandRecord* record = R_ProbandRecord::create(followed_count);
+  R_ProbandRecord* record = R_ProbandRecord::create(followed_count, room > 0 ? room : 1);
   record->setAgeDate(usableOrUndefined(age), date, dob);
   int near = findNearVisit(record->getAge());
   if (near >= 0 || getVisitCount() >= maxVisits) {
@@ -464,21 +468,28 @@ void R_Proband::loadVisits(R_InputStream& stream, bool* ok) {
   R_ProbandNameTable names(stream, ok);
   SlotOrders orders;
   resolveNames(names, followedVars(), orders);
-  for (int i = 0; *ok && i < count.get(); ++i) loadVisit(stream, ok, orders.data(), orders.size());
+  StoredValues read;
+  read.resize(orders.size());
+  for (int i = 0; *ok && i < count.get(); ++i) loadVisit(stream, ok, orders, read);
 }
 
-void R_Proband::loadVisit(R_InputStream& stream, bool* ok, const int* orders, int order_count) {
+// The values are read before the visit is made, so that its block gets
+// room for just the defined ones. A value that could not be read is
+// undefined, and the visit is made as far as it was read.
+void R_Proband::loadVisit(R_InputStream& stream, bool* ok, const SlotOrders& orders, StoredValues& read) {
   R_Number age(stream, ok);
   R_Date date(stream, ok);
   R_String comment(stream, ok);
   if (!*ok || !stream.isOK()) return;
-  int index = addVisit(age, date);
-  setVisitComment(index, comment.get());
-  for (int j = 0; *ok && j < order_count; ++j) {
-    R_Number value(stream, ok);
-    if (*ok && stream.isOK() && index >= 0 && orders[j] >= 0 && orders[j] < followed_count && value.isDefined())
-      setFollowedNumber(index, orders[j], value);
+  int count = 0, defined = 0;
+  for (; *ok && count < read.size(); ++count) {
+    read[count].load(stream, ok);
+    if (read[count].isDefined()) ++defined;
   }
+  int index = addVisitWithRoom(age, date, defined);
+  setVisitComment(index, comment.get());
+  for (int j = 0; index >= 0 && j < count; ++j)
+    if (orders[j] >= 0 && orders[j] < followed_count && read[j].isDefined()) setFollowedNumber(index, orders[j], read[j]);
 }
 
 void R_Proband::saveNames(R_OutputStream& stream, const R_MeasuredVariables* vars, int count) {

@@ -161,6 +161,8 @@ class R_Proband : public R_XMLRecipient {
   bool isValid(const R_MeasuredVariables* vars, int order, const R_Number& value) const;
   R_ProbandRecord* visit(int index) const;
   int findNearVisit(const R_Number& age) const;
+  // addVisit, making a visit with room for `room` defined values.
+  int addVisitWithRoom(const R_Number& age, const R_Date& date, int room);
   void updateAges();
   void copyAnamnestic(const R_Proband& other);
   void copyVisits(const R_Proband& other);
@@ -175,10 +177,11 @@ class R_Proband : public R_XMLRecipient {
 
   void saveXMLInfo(R_XMLTextOutput& output) const;
   void saveXMLVisit(R_XMLTextOutput& output, const R_ProbandRecord& record) const;
+  typedef R_SmallArray<int, 48> SlotOrders;
   void loadAnamnestic(R_InputStream& stream, bool* ok);
   void loadVisits(R_InputStream& stream, bool* ok);
-  void loadVisit(R_InputStream& stream, bool* ok, const int* orders, int order_count);
-  typedef R_SmallArray<int, 48> SlotOrders;
+  typedef R_SmallArray<R_Number, 48> StoredValues;
+  void loadVisit(R_InputStream& stream, bool* ok, const SlotOrders& orders, StoredValues& read);
   void resolveNames(const R_ProbandNameTable& names, const R_MeasuredVariables* vars, SlotOrders& orders) const;
   static void saveNames(R_OutputStream& stream, const R_MeasuredVariables* vars, int count);
 

@@ -5,10 +5,14 @@
 // this class only stores.
 //
 // A database holds a million visits and keeps them all in memory, where
-// first touching a page costs more than anything done with it. So a record
-// is one heap block: the record, then each slot's value as a plain double,
-// then a byte per slot telling whether it is defined; values are handed out
-// as R_Number copies. Not copyable.
+// first touching a page costs more than anything done with it, and a visit
+// has a few of the file's followed variables measured. So a record is one
+// heap block holding only its defined values: the record, then the slot
+// indices of the defined values in ascending order, then their values. The
+// block has room for a number of defined values chosen when it is made; a
+// record that needs more moves its values to a second block of its own.
+// The record itself never moves. Values are handed out as R_Number copies.
+// Not copyable.
 #ifndef PROBAND_R_PROBANDRECORD_H
 #define PROBAND_R_PROBANDRECORD_H
 
@@ -20,11 +24,15 @@
 
 class R_ProbandRecord {
  public:
-  // A new record with all slots undefined, to be released with delete.
-  // Requires: var_count > 0.
-  static R_ProbandRecord* create(int var_count);
+  // Room for this many defined values covers about half of all visits.
+  static constexpr int usualRoom = 4;
+
+  // A new record with all slots undefined and room in its block for `room`
+  // defined values (at most var_count), to be released with delete.
+  // Requires: var_count > 0, room > 0.
+  static R_ProbandRecord* create(int var_count, int room = usualRoom);
   static void operator delete(void* block);
-  ~R_ProbandRecord() = default;
+  ~R_ProbandRecord();
   R_ProbandRecord(const R_ProbandRecord&) = delete;
   R_ProbandRecord& operator=(const R_ProbandRecord&) = delete;
 
@@ -36,7 +44,7 @@ class R_ProbandRecord {
   R_Number getValue(int index) const;
 
   // Stores without any check of range: the proband decides what is valid.
-  // Requires: 0 <= index < getCount().
+  // An undefined value clears the slot. Requires: 0 <= index < getCount().
   void setValue(int index, const R_Number& value);
   void clearValue(int index);
   // The text as it is; null or empty clears the comment.
@@ -55,19 +63,29 @@ class R_ProbandRecord {
   bool operator<(const R_ProbandRecord& other) const;
 
  private:
-  explicit R_ProbandRecord(int var_count);
-  // The record's block with room for `var_count` slots behind it.
-  static void* operator new(size_t size, int var_count);
-  static void operator delete(void* block, int var_count);
-  double* slots() { return reinterpret_cast<double*>(this + 1); }
-  const double* slots() const { return reinterpret_cast<const double*>(this + 1); }
-  bool* flags() { return reinterpret_cast<bool*>(slots() + count); }
-  const bool* flags() const { return reinterpret_cast<const bool*>(slots() + count); }
+  R_ProbandRecord(int var_count, int room);
+  // The record's block with room for `room` defined values behind it.
+  static void* operator new(size_t size, int room);
+  static void operator delete(void* block, int room);
+  // Where `room` indices and values lie in a block of them: the indices
+  // take an even number of ints, so the values stay aligned.
+  static double* valuesIn(int* block, int room) { return reinterpret_cast<double*>(block + room + (room & 1)); }
+  static size_t bytesFor(int room) { return (sizeof(int) + sizeof(double)) * static_cast<size_t>(room + (room & 1)); }
+  int* indices() const { return spill ? spill : const_cast<int*>(reinterpret_cast<const int*>(this + 1)); }
+  double* values() const { return valuesIn(indices(), room); }
+  // Where `index` stands among the defined values, or would be inserted.
+  int positionOf(int index) const;
+  // Moves the values to a block of their own with twice the room, at most
+  // one per slot.
+  void grow();
 
   R_Date date;
+  int count;  // the slots, one per followed variable
   R_Number age;
-  int count;
   R_String comment;
+  int used;    // the defined values
+  int room;    // the defined values that fit where they are kept
+  int* spill;  // owned; the values' own block once they outgrew the record's, else null
 };
 
 #endif
