@@ -1,5 +1,7 @@
 #include "knowledge/r_file.h"
 
+#include <algorithm>
+
 #include <cassert>
 #include <cstring>
 #include <vector>
@@ -147,18 +149,33 @@ R_Variable* R_File::getAgeVariable() const {
   return variables[var_age_index];
 }
 
-int R_File::findReference(int sex, const R_Number& age, const R_XYVar& xyref) const {
-  for (int i = 0; i < getRefCount(); ++i) {
-    if (references[i]->fits(sex, age, xyref)) return i;
+bool R_File::PairEntry::operator<(const PairEntry& other) const {
+  if (avar != other.avar) return avar < other.avar;
+  if (xvar != other.xvar) return xvar < other.xvar;
+  if (yvar != other.yvar) return yvar < other.yvar;
+  return ref < other.ref;
+}
+
+// Formulas ask for a reference at every point of every proband, and only
+// the references of the same variables can fit.
+template <class Age>
+int R_File::findReferenceOf(int sex, const Age& age, const R_XYVar& xyref) const {
+  PairEntry first = {xyref.getAVar(), xyref.getXVar(), xyref.getYVar(), -1};
+  auto entry = std::lower_bound(refs_by_pair.begin(), refs_by_pair.end(), first);
+  for (; entry != refs_by_pair.end() && entry->avar == first.avar && entry->xvar == first.xvar &&
+         entry->yvar == first.yvar;
+       ++entry) {
+    if (references[entry->ref]->fits(sex, age, xyref)) return entry->ref;
   }
   return -1;
 }
 
+int R_File::findReference(int sex, const R_Number& age, const R_XYVar& xyref) const {
+  return findReferenceOf(sex, age, xyref);
+}
+
 int R_File::findReference(int sex, const R_Interval& age, const R_XYVar& xyref) const {
-  for (int i = 0; i < getRefCount(); ++i) {
-    if (references[i]->fits(sex, age, xyref)) return i;
-  }
-  return -1;
+  return findReferenceOf(sex, age, xyref);
 }
 
 bool R_File::loadXML(const char* filename, R_XMLErrorReporter* load_reporter) {
@@ -248,6 +265,11 @@ void R_File::finish() {
   for (int i = 0; i < getVarCount() && var_age_index < 0; ++i) {
     if (variables[i]->isAge()) var_age_index = i;
   }
+  for (int i = 0; i < getRefCount(); ++i) {
+    const R_XYVar& pair = references[i]->getXYVar();
+    refs_by_pair.push_back({pair.getAVar(), pair.getXVar(), pair.getYVar(), i});
+  }
+  std::sort(refs_by_pair.begin(), refs_by_pair.end());
 }
 
 bool R_File::loadBinary(const char* filename) {

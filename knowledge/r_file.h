@@ -6,6 +6,8 @@
 #ifndef KNOWLEDGE_R_FILE_H
 #define KNOWLEDGE_R_FILE_H
 
+#include <vector>
+
 #include "core/r_number.h"
 #include "knowledge/r_filestatistics.h"
 #include "knowledge/r_graphreflines.h"
@@ -60,7 +62,8 @@ class R_File : public R_XMLRecipient {
   const R_FileStatistics& getStatistics() const { return statistics; }
   const R_GraphRefLines& getGraphRefLines() const { return lines; }
 
-  // The first reference in file order that fits; -1 if none.
+  // The first reference in file order that fits; -1 if none. Only the
+  // references of the same variables are tried.
   int findReference(int sex, const R_Number& age, const R_XYVar& xyref) const;
   int findReference(int sex, const R_Interval& age, const R_XYVar& xyref) const;
 
@@ -73,14 +76,27 @@ class R_File : public R_XMLRecipient {
   void checkAgeVariable(R_XMLParser& parser);
   const char* receiveLines(const char* text);
   bool hasValidIndices() const;
-  // Makes the subsets and finds the age variable. Requires: is_ok.
+  // Makes the subsets, finds the age variable and indexes the references.
+  // Requires: is_ok.
   void finish();
+  // The references of these variables, in file order.
+  template <class Age>
+  int findReferenceOf(int sex, const Age& age, const R_XYVar& xyref) const;
+
+  // A reference's variables and its index, ordered by the variables and
+  // then by the index: the references of one pair of variables stand
+  // together in file order.
+  struct PairEntry {
+    int avar, xvar, yvar, ref;
+    bool operator<(const PairEntry& other) const;
+  };
 
   bool is_ok;
   R_FileStatistics statistics;
   R_Variable** variables;     // owned, getVarCount() long, null while none
   R_Reference** references;   // owned, getRefCount() long, null while none
   R_SuperText** texts;        // owned, getTextCount() long, null while none
+  std::vector<PairEntry> refs_by_pair;  // one entry per reference
   R_GraphRefLines lines;
   int var_age_index;
   R_MeasuredVariables* followed_vars;    // owned
