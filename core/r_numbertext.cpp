@@ -58,39 +58,35 @@ bool leadingDigits(double a, int digits, long* value, int* exponent) {
   return true;
 }
 
-// "%g" drops trailing zeros of the fraction, and the point with them.
-char* dropTrailingZeros(char* begin, char* end) {
-  char* point = static_cast<char*>(memchr(begin, '.', static_cast<size_t>(end - begin)));
-  if (!point) return end;
-  while (end > point + 1 && end[-1] == '0') --end;
-  return end == point + 1 ? point : end;
-}
-
-char* writeFixed(char* p, const char* d, int digits, int exponent) {
-  if (exponent < 0) {
-    *p++ = '0';
-    *p++ = '.';
-    for (int i = -1; i > exponent; --i) *p++ = '0';
-    memcpy(p, d, static_cast<size_t>(digits));
-    return p + digits;
-  }
-  memcpy(p, d, static_cast<size_t>(exponent) + 1);
-  p += exponent + 1;
-  if (exponent < digits - 1) {
-    *p++ = '.';
-    memcpy(p, d + exponent + 1, static_cast<size_t>(digits - 1 - exponent));
-    p += digits - 1 - exponent;
-  }
+// Writes `count` digits, or `count` zeros when `digits` is null.
+char* putDigits(char* p, const char* digits, int count) {
+  for (int i = 0; i < count; ++i) *p++ = digits ? digits[i] : '0';
   return p;
 }
 
-// Only exponents from 1 to 15 come here.
-char* writeExponential(char* p, const char* d, int digits, int exponent) {
-  char* begin = p;
-  *p++ = d[0];
+// The digits d[0..last] with the first at the decimal exponent `exponent`,
+// -4 <= exponent < number of digits, in fixed notation; "%g" keeps no
+// trailing zeros in the fraction, and no point without a fraction.
+char* writeFixed(char* p, const char* d, int last, int exponent) {
+  if (exponent < 0) {
+    *p++ = '0';
+    *p++ = '.';
+    p = putDigits(p, nullptr, -exponent - 1);
+    return putDigits(p, d, last + 1);
+  }
+  p = putDigits(p, d, exponent + 1);
+  if (last <= exponent) return p;
   *p++ = '.';
-  memcpy(p, d + 1, static_cast<size_t>(digits - 1));
-  p = dropTrailingZeros(begin, p + digits - 1);
+  return putDigits(p, d + exponent + 1, last - exponent);
+}
+
+// Only exponents from 1 to 15 come here.
+char* writeExponential(char* p, const char* d, int last, int exponent) {
+  *p++ = d[0];
+  if (last > 0) {
+    *p++ = '.';
+    p = putDigits(p, d + 1, last);
+  }
   *p++ = 'e';
   *p++ = '+';
   *p++ = static_cast<char>('0' + exponent / 10);
@@ -133,14 +129,11 @@ int R_formatG(double value, int precision, char* buffer) {
     return formatWithLibrary(value, precision, buffer);
   char d[kLongestFastPrecision];
   for (int i = precision - 1; i >= 0; --i, digits /= 10) d[i] = static_cast<char>('0' + digits % 10);
+  int last = precision - 1;
+  while (last > 0 && d[last] == '0') --last;
   char* p = buffer;
   if (value < 0) *p++ = '-';
-  if (exponent < precision) {
-    char* begin = p;
-    p = dropTrailingZeros(begin, writeFixed(p, d, precision, exponent));
-  } else {
-    p = writeExponential(p, d, precision, exponent);
-  }
+  p = exponent < precision ? writeFixed(p, d, last, exponent) : writeExponential(p, d, last, exponent);
   *p = 0;
   return static_cast<int>(p - buffer);
 }

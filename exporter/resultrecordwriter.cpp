@@ -9,6 +9,7 @@
 #include "core/r_number.h"
 #include "core/r_numbertext.h"
 #include "core/r_string.h"
+#include "core/r_textbuffer.h"
 #include "proband/r_proband.h"
 
 namespace {
@@ -68,54 +69,54 @@ struct Key {
 
 // ---- Field texts, appended to a buffer ----
 
-void appendKey(std::string& out, const char* key) {
-  out += '"';
-  out += key;
-  out += "\":";
+void appendKey(R_TextBuffer& out, const char* key) {
+  out.put('"');
+  out.put(key);
+  out.put("\":", 2);
 }
 
-void appendKey(std::string& out, const Key& key) { out.append(key.text, key.length); }
+void appendKey(R_TextBuffer& out, const Key& key) { out.put(key.text, key.length); }
 
 template <class K>
-bool appendStringField(std::string& out, const K& key, const char* text) {
+bool appendStringField(R_TextBuffer& out, const K& key, const char* text) {
   if (!text || !*text) return false;
   appendKey(out, key);
-  out += '"';
+  out.put('"');
   const char* to = foldMap().to;
   for (const unsigned char* p = reinterpret_cast<const unsigned char*>(text); *p; ++p)
-    if (to[*p]) out += to[*p];
-  out += '"';
+    if (to[*p]) out.put(to[*p]);
+  out.put('"');
   return true;
 }
 
-void appendDigits(std::string& out, int value, int width) {
+void appendDigits(R_TextBuffer& out, int value, int width) {
   char digits[4];
   for (int i = width - 1; i >= 0; --i, value /= 10) digits[i] = static_cast<char>('0' + value % 10);
-  out.append(digits, static_cast<size_t>(width));
+  out.put(digits, static_cast<size_t>(width));
 }
 
 // The date as YYYYMMDD, the "%Y%M%D" of R_Date::format.
 template <class K>
-bool appendDateField(std::string& out, const K& key, const R_Date& date) {
+bool appendDateField(R_TextBuffer& out, const K& key, const R_Date& date) {
   if (!date.isDefined()) return false;
   appendKey(out, key);
-  out += '"';
+  out.put('"');
   appendDigits(out, date.getYear(), 4);
   appendDigits(out, date.getMonth(), 2);
   appendDigits(out, date.getDay(), 2);
-  out += '"';
+  out.put('"');
   return true;
 }
 
 template <class K>
-void appendNumberField(std::string& out, const K& key, double value) {
+void appendNumberField(R_TextBuffer& out, const K& key, double value) {
   appendKey(out, key);
   char number[R_numberTextSize];
-  out.append(number, static_cast<size_t>(R_formatG(value, number)));
+  out.put(number, static_cast<size_t>(R_formatG(value, number)));
 }
 
 template <class K>
-void appendIntegerField(std::string& out, const K& key, int value) {
+void appendIntegerField(R_TextBuffer& out, const K& key, int value) {
   appendKey(out, key);
   char digits[16];
   char* p = digits + sizeof digits;
@@ -125,14 +126,16 @@ void appendIntegerField(std::string& out, const K& key, int value) {
     magnitude /= 10;
   } while (magnitude);
   if (value < 0) *--p = '-';
-  out.append(p, static_cast<size_t>(digits + sizeof digits - p));
+  out.put(p, static_cast<size_t>(digits + sizeof digits - p));
 }
 
-void comma(std::string& out, bool written) {
-  if (written) out += ',';
+void comma(R_TextBuffer& out, bool written) {
+  if (written) out.put(',');
 }
 
-void writeText(FILE* file, const std::string& out) { fwrite(out.data(), 1, out.size(), file); }
+void writeText(FILE* file, const R_TextBuffer& out) {
+  if (out.size() > 0) fwrite(out.data(), 1, out.size(), file);
+}
 
 struct FieldName {
   Key key;
@@ -171,7 +174,7 @@ const int kIntegerCount = sizeof kFollowedIntegerFields / sizeof kFollowedIntege
 // The age is written only where the reader cannot work it out from the
 // dates, and in its %g text: the value is printed, read back and printed
 // again, which for a finite age gives the first text once more.
-void appendVisitAge(std::string& out, const R_Number& age, bool dates_written) {
+void appendVisitAge(R_TextBuffer& out, const R_Number& age, bool dates_written) {
   if (!age.isDefined() || dates_written) return;
   char printed_text[R_numberTextSize];
   R_formatG(age.getValue(), printed_text);
@@ -179,7 +182,7 @@ void appendVisitAge(std::string& out, const R_Number& age, bool dates_written) {
   printed.parse(printed_text);
   if (!printed.isDefined()) return;
   appendNumberField(out, AUX_KEY("age-visit"), printed.getValue());
-  out += ',';
+  out.put(',');
 }
 
 }  // namespace
@@ -218,7 +221,7 @@ void ResultRecordWriter::resolve(const R_Proband& proband) {
 
 void ResultRecordWriter::write(const R_Proband& proband, const char* name, const char* comment) {
   resolve(proband);
-  text += '{';
+  text.put('{');
   int sex = proband.getSex();
   if (sex == 0 || sex == 1) comma(text, appendStringField(text, AUX_KEY("proband:sex"), sex == 0 ? "m" : "f"));
   comma(text, appendStringField(text, AUX_KEY("proband:id"), proband.getId().get()));
@@ -231,19 +234,19 @@ void ResultRecordWriter::write(const R_Proband& proband, const char* name, const
     const R_Number& value = proband.getAnamnesticNumber(slots.anamnestic[i]);
     if (!value.isDefined()) continue;
     appendNumberField(text, kAnamnesticFields[i].key, value.getValue());
-    text += ',';
+    text.put(',');
   }
-  text += "\"visit\":[";
+  text.put("\"visit\":[", 9);
   for (int visit = 0; visit < proband.getVisitCount(); ++visit) {
-    if (visit > 0) text += ',';
+    if (visit > 0) text.put(',');
     writeVisit(proband, visit, dob_written);
   }
-  text += "]}|||";
+  text.put("]}|||", 5);
   if (text.size() >= kFlushSize) flush();
 }
 
 void ResultRecordWriter::writeVisit(const R_Proband& proband, int visit, bool dob_written) {
-  text += '{';
+  text.put('{');
   bool date_written = appendDateField(text, AUX_KEY("date"), proband.getVisitDate(visit));
   comma(text, date_written);
   appendVisitAge(text, proband.getVisitAge(visit), dob_written && date_written);
@@ -252,18 +255,18 @@ void ResultRecordWriter::writeVisit(const R_Proband& proband, int visit, bool do
     const R_Number& value = proband.getFollowedNumber(visit, slots.followed_numbers[i]);
     if (!value.isDefined()) continue;
     appendNumberField(text, kFollowedNumberFields[i].key, value.getValue());
-    text += ',';
+    text.put(',');
   }
   for (int i = 0; i < kIntegerCount; ++i) {
     if (slots.followed_integers[i] < 0) continue;
     const R_Number& value = proband.getFollowedNumber(visit, slots.followed_integers[i]);
     if (!value.isDefined()) continue;
     appendIntegerField(text, kFollowedIntegerFields[i].key, value.getInt());
-    text += ',';
+    text.put(',');
   }
   const R_String& visit_comment = proband.getVisitComment(visit);
   appendStringField(text, AUX_KEY("comment"), visit_comment.isEmpty() ? "n/a" : visit_comment.get());
-  text += '}';
+  text.put('}');
 }
 
 // ---- Single records and fields ----
@@ -281,27 +284,27 @@ char foldCharacter(unsigned char byte) {
 }
 
 bool writeStringField(FILE* file, const char* field_key, const char* text) {
-  std::string out;
+  R_TextBuffer out;
   bool written = appendStringField(out, field_key, text);
   writeText(file, out);
   return written;
 }
 
 bool writeDateField(FILE* file, const char* field_key, const R_Date& date) {
-  std::string out;
+  R_TextBuffer out;
   bool written = appendDateField(out, field_key, date);
   writeText(file, out);
   return written;
 }
 
 void writeNumberField(FILE* file, const char* field_key, const R_Number& value) {
-  std::string out;
+  R_TextBuffer out;
   appendNumberField(out, field_key, value.getValue());
   writeText(file, out);
 }
 
 void writeIntegerField(FILE* file, const char* field_key, int value) {
-  std::string out;
+  R_TextBuffer out;
   appendIntegerField(out, field_key, value);
   writeText(file, out);
 }

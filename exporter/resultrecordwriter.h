@@ -7,7 +7,8 @@
 #define EXPORTER_RESULTRECORDWRITER_H
 
 #include <cstdio>
-#include <string>
+
+#include "core/r_textbuffer.h"
 
 class R_Date;
 class R_File;
@@ -48,7 +49,7 @@ class ResultRecordWriter {
   void writeVisit(const R_Proband& proband, int visit, bool dob_written);
 
   FILE* file;
-  std::string text;  // the bytes not yet handed to the file
+  R_TextBuffer text;  // the bytes not yet handed to the file
   Slots slots;
 };
 
