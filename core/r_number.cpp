@@ -18,11 +18,6 @@ namespace {
 const int kLongestNumberText = 64;
 }  // namespace
 
-double R_Number::getValue() const {
-  assert(defined);
-  return value;
-}
-
 int R_Number::getInt() const {
   assert(defined);
   // A cast of a double outside the int range is undefined behaviour, and

@@ -5,6 +5,8 @@
 #ifndef CORE_R_NUMBER_H
 #define CORE_R_NUMBER_H
 
+#include <cassert>
+
 class R_InputStream;
 class R_OutputStream;
 
@@ -17,7 +19,10 @@ class R_Number {
 
   bool isDefined() const { return defined; }
   // Requires: isDefined().
-  double getValue() const;
+  double getValue() const {
+    assert(defined);
+    return value;
+  }
   // Truncated towards zero; values beyond the int range give INT_MIN or
   // INT_MAX, NaN gives 0. Requires: isDefined().
   int getInt() const;

@@ -138,6 +138,21 @@ int R_formatG(double value, int precision, char* buffer) {
   return static_cast<int>(p - buffer);
 }
 
+int R_formatInt(int value, char* buffer) {
+  char digits[16];
+  char* p = digits + sizeof digits;
+  unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
+  do {
+    *--p = static_cast<char>('0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude);
+  if (value < 0) *--p = '-';
+  int length = static_cast<int>(digits + sizeof digits - p);
+  memcpy(buffer, p, static_cast<size_t>(length));
+  buffer[length] = 0;
+  return length;
+}
+
 // A mantissa below 2^53 and a power of ten up to 10^22 are both exact, and
 // one division rounds their quotient correctly: the value strtod gives.
 double R_atof(const char* text) {

@@ -15,6 +15,9 @@ int R_formatG(double value, char* buffer);
 // Requires: 1 <= precision <= 17.
 int R_formatG(double value, int precision, char* buffer);
 const int R_numberTextSize = 40;
+// The "%d" text of `value` and its terminator; the same buffer size.
+// Answers the length of the text.
+int R_formatInt(int value, char* buffer);
 
 // The value that atof gives for `text`. Requires: text != null.
 double R_atof(const char* text);

@@ -118,15 +118,8 @@ void appendNumberField(R_TextBuffer& out, const K& key, double value) {
 template <class K>
 void appendIntegerField(R_TextBuffer& out, const K& key, int value) {
   appendKey(out, key);
-  char digits[16];
-  char* p = digits + sizeof digits;
-  unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
-  do {
-    *--p = static_cast<char>('0' + magnitude % 10);
-    magnitude /= 10;
-  } while (magnitude);
-  if (value < 0) *--p = '-';
-  out.put(p, static_cast<size_t>(digits + sizeof digits - p));
+  char digits[R_numberTextSize];
+  out.put(digits, static_cast<size_t>(R_formatInt(value, digits)));
 }
 
 void comma(R_TextBuffer& out, bool written) {

@@ -135,3 +135,13 @@ TEST(NumberTextTest, AtofAgreesWithTheLibraryOnAMillionDecimals) {
 }
 
 }  // namespace
+
+TEST(NumberTextTest, FormatIntGivesTheTextsOfPercentD) {
+  const int values[] = {0, 7, -7, 10, 1000000, -2147483647 - 1, 2147483647};
+  const char* const texts[] = {"0", "7", "-7", "10", "1000000", "-2147483648", "2147483647"};
+  for (size_t i = 0; i < sizeof values / sizeof values[0]; ++i) {
+    char buffer[R_numberTextSize];
+    EXPECT_EQ(static_cast<int>(strlen(texts[i])), R_formatInt(values[i], buffer));
+    EXPECT_STREQ(texts[i], buffer);
+  }
+}

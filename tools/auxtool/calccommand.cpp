@@ -93,16 +93,19 @@ class Calculator {
  public:
   Calculator(const R_File& knowledge, const CalcOptions& calc_options,
              const std::vector<std::unique_ptr<R_Equation>>& translated)
-      : file(knowledge), options(calc_options), formulas(translated), results(translated.size()) {}
+      : file(knowledge), options(calc_options), formulas(translated), results(translated.size()),
+        line(calc_options.separator) {}
 
   void writeHead() {
-    CsvLine line(options.separator);
     line.addText("name");
     line.addText("visit");
     line.addText("age");
     for (const char* formula : options.formulas) line.addText(formula);
-    emit(line);
+    emit();
   }
+
+  // Writes what is still buffered.
+  void finish() { line.flush(stdout); }
 
   void writeProband(const R_Proband& proband, const char* name) {
     R_Number age;
@@ -125,7 +128,6 @@ class Calculator {
 
  private:
   void writeLine(const char* name, int visit, const R_Number& visit_age) {
-    CsvLine line(options.separator);
     line.addText(name);
     if (visit >= 0) {
       line.addInteger(visit);
@@ -135,18 +137,22 @@ class Calculator {
       line.addEmpty();
     }
     for (const R_CalcValue& result : results) addResult(line, result, visit);
-    emit(line);
+    emit();
   }
 
-  static void emit(CsvLine& line) {
-    std::string text = line.take();
-    fwrite(text.data(), 1, text.size(), stdout);
+  // Lines go to the output in blocks of about this many bytes.
+  static constexpr size_t kFlushSize = 1 << 16;
+
+  void emit() {
+    line.endLine();
+    if (line.size() >= kFlushSize) line.flush(stdout);
   }
 
   const R_File& file;
   const CalcOptions& options;
   const std::vector<std::unique_ptr<R_Equation>>& formulas;
   std::vector<R_CalcValue> results;
+  CsvLine line;  // the lines not yet written
 };
 
 }  // namespace
@@ -169,5 +175,6 @@ int runCalcCommand(int argc, const char* const* argv) {
   calculator.writeHead();
   for (int i = 0; i < database->getN(); ++i)
     calculator.writeProband(*database->getProband(i), database->getText(i, 0).get());
+  calculator.finish();
   return kExitSuccess;
 }

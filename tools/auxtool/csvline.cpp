@@ -7,45 +7,48 @@
 #include "core/r_numbertext.h"
 
 void CsvLine::startField() {
-  if (fields++ > 0) line += separator;
+  if (fields++ > 0) text.put(separator);
 }
 
-void CsvLine::addText(const char* text) {
+void CsvLine::addText(const char* field) {
   startField();
   bool quote = false;
-  for (const char* p = text; *p; ++p) {
+  for (const char* p = field; *p; ++p) {
     if (*p == separator || *p == '"' || *p == '\n' || *p == '\r') quote = true;
   }
   if (!quote) {
-    line += text;
+    text.put(field);
     return;
   }
-  line += '"';
-  for (const char* p = text; *p; ++p) {
-    if (*p == '"') line += '"';
-    line += *p;
+  text.put('"');
+  for (const char* p = field; *p; ++p) {
+    if (*p == '"') text.put('"');
+    text.put(*p);
   }
-  line += '"';
+  text.put('"');
 }
 
 void CsvLine::addNumber(const R_Number& number) {
   startField();
   if (!number.isDefined()) return;
-  char text[R_numberTextSize];
-  line.append(text, static_cast<size_t>(R_formatG(number.getValue(), 9, text)));
+  char digits[R_numberTextSize];
+  text.put(digits, static_cast<size_t>(R_formatG(number.getValue(), 9, digits)));
 }
 
 void CsvLine::addInteger(int value) {
   startField();
-  line += std::to_string(value);
+  char digits[R_numberTextSize];
+  text.put(digits, static_cast<size_t>(R_formatInt(value, digits)));
 }
 
 void CsvLine::addEmpty() { startField(); }
 
-std::string CsvLine::take() {
-  std::string done;
-  done.swap(line);
-  done += '\n';
+void CsvLine::endLine() {
+  text.put('\n');
   fields = 0;
-  return done;
+}
+
+void CsvLine::flush(FILE* file) {
+  if (text.size() > 0) fwrite(text.data(), 1, text.size(), file);
+  text.clear();
 }

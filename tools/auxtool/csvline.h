@@ -1,10 +1,13 @@
-// One line of CSV output, built field by field. Texts that hold the
-// separator, a double quote or a line break are quoted, with inner quotes
-// doubled; numbers print with "%.9g"; an undefined number is an empty field.
+// Lines of CSV output, built field by field into one buffer. Texts that
+// hold the separator, a double quote or a line break are quoted, with inner
+// quotes doubled; numbers print with "%.9g"; an undefined number is an
+// empty field.
 #ifndef TOOLS_AUXTOOL_CSVLINE_H
 #define TOOLS_AUXTOOL_CSVLINE_H
 
-#include <string>
+#include <cstdio>
+
+#include "core/r_textbuffer.h"
 
 class R_Number;
 
@@ -16,15 +19,19 @@ class CsvLine {
   void addNumber(const R_Number& number);
   void addInteger(int value);
   void addEmpty();
-  // The line with its line feed; the line starts empty again.
-  std::string take();
+  // Ends the line with its line feed; the next field starts a new line.
+  void endLine();
+  // The finished lines and the one being built.
+  size_t size() const { return text.size(); }
+  // Writes everything built so far to `file` and starts empty.
+  void flush(FILE* file);
 
  private:
   void startField();
 
   char separator;
-  int fields;
-  std::string line;
+  int fields;  // of the line being built
+  R_TextBuffer text;
 };
 
 #endif
