@@ -12,7 +12,7 @@ auxtool=$2
 out=$3
 
 rm -rf "$out"
-for target in xml_parser knowledge_xml knowledge_binary database_xml database_binary formula objectlist; do
+for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist; do
   mkdir -p "$out/$target"
 done
 
@@ -61,6 +61,14 @@ for f in "$out"/database_xml/*; do
   "$auxtool" convert database "$sample" "$f" "$out/database_binary/$(basename "$f" .xml).bin" --to bin > /dev/null 2>&1 || true
 done
 "$auxtool" synth "$sample" 3 "$out/database_binary/synth-3.bin" --to bin > /dev/null
+
+# The plain road of database files: the XML databases above, and small ones
+# as the database writes them, from the synthesizer: most mutations of a
+# written file leave the plain layout, so the seeds are many and short.
+cp "$out"/database_xml/* "$out/database_xml_plain/"
+for seed in 1 2 3 4 5 6 7 8; do
+  "$auxtool" synth "$sample" 1 "$out/database_xml_plain/synth-$seed.xml" --seed "$seed" > /dev/null
+done
 
 # Formulas: every method and condition of the knowledge files, one per seed,
 # and the contents of whole `method` elements for the form with pairs.

@@ -13,7 +13,7 @@ shift 2
 here=$(cd "$(dirname "$0")" && pwd)
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-  targets=(xml_parser knowledge_xml knowledge_binary database_xml database_binary formula objectlist)
+  targets=(xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist)
 fi
 
 # The longest input per target: the XML forms up to what a capture and a few
@@ -21,7 +21,7 @@ fi
 options_for() {
   case $1 in
     xml_parser) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
-    knowledge_xml | database_xml) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
+    knowledge_xml | database_xml | database_xml_plain) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
     knowledge_binary | database_binary) echo "-max_len=65536" ;;
     formula) echo "-max_len=4096 -dict=$here/dicts/formula.dict" ;;
     objectlist) echo "-max_len=16384" ;;

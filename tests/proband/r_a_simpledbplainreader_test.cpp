@@ -9,11 +9,16 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <initializer_list>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "knowledge/r_file.h"
+#include "knowledge/r_interval.h"
+#include "knowledge/r_measuredvariables.h"
+#include "knowledge/r_variable.h"
 #include "proband/r_a_simpledb.h"
 #include "proband/r_a_simpledbrecord.h"
 #include "tests/proband/proband_support.h"
@@ -149,6 +154,82 @@ struct Row {
   std::string text;
 };
 
+// Databases in the plain layout with texts, values and blanks drawn at
+// random, among them the bytes that normalising, reading numbers and dates,
+// and matching names give meaning to.
+class RandomDatabase {
+ public:
+  explicit RandomDatabase(unsigned seed) : random(seed) {}
+
+  std::string make() {
+    std::string text = pick({"", "<?xml version='1.0'?>", "<!DOCTYPE p_database>"}) + blanks() + "<p_database" +
+                       blanks() + ">";
+    for (int i = below(4); i > 0; --i) text += blanks() + record();
+    return text + blanks() + "</p_database>" + blanks();
+  }
+
+ private:
+  int below(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
+  std::string pick(std::initializer_list<const char*> choices) { return *(choices.begin() + below(int(choices.size()))); }
+  std::string blanks() {
+    std::string run;
+    for (int i = below(4); i > 0; --i) run += " \t\r\n"[below(4)];
+    return run;
+  }
+  // Bytes of texts and values: anything but '<', '>', NUL and, in values, '"'.
+  std::string text(bool value) {
+    static const char kBytes[] = "aZ09 \t\r\n\x01\x1f&'/=?,.-_\xC8\xFF\"";
+    std::string run;
+    for (int i = below(10); i > 0; --i) run += kBytes[below(static_cast<int>(sizeof kBytes) - (value ? 2 : 1))];
+    return run;
+  }
+  std::string attribute(const std::string& name, const std::string& value) {
+    return " " + blanks() + name + "=\"" + value + "\"";
+  }
+  std::string element(const std::string& name, const std::string& content) {
+    if (content.empty() && below(2)) return "<" + name + pick({"/>", " />"});
+    return "<" + name + blanks() + ">" + content + "</" + name + ">";
+  }
+  std::string number() {
+    return blanks() + pick({"12.5", "1,5", "?", "-3", "abc", "", "1e999", "7 8", "0", "100", "180", "35"}) + blanks();
+  }
+  std::string value() {
+    return "<val var=\"" + pick({"HEIGHT", "WEIGHT", "FATHER_HT", "MOTHER_HT", "AGE", "height", "NOPE", "", "x.y"}) +
+           "\"" + blanks() + ">" + number() + "</val>";
+  }
+  std::string visit() {
+    std::string tag = "<record";
+    if (below(4)) tag += attribute("age", pick({"5", "5.001", "5.002", "?", "x", "-1", "1e999", " 4", "10,5", "0"}));
+    if (below(2)) tag += attribute("date", pick({"1.1.2005", "2.1.2005", "29.2.1900", "32.1.2000", " 5.6.10 ", ""}));
+    if (below(2)) tag += attribute("comment", text(true));
+    std::string content;
+    for (int i = below(4); i > 0; --i) content += blanks() + value();
+    return tag + blanks() + ">" + content + blanks() + "</record>";
+  }
+  std::string proband() {
+    if (below(4) == 0) return pick({"<proband/>", "<proband />", "<proband></proband>", "<proband>\r\n</proband>"});
+    std::vector<std::string> attributes = {attribute("sex", pick({"male", "female"}))};
+    if (below(2)) attributes.push_back(attribute("id", text(true)));
+    if (below(2)) attributes.push_back(attribute("dob", pick({"1.1.2000", "31.12.1999", " 2.2.2002", "x"})));
+    std::string info = "<info";
+    for (int i = static_cast<int>(attributes.size()); i > 0; --i) {
+      int at = below(i);
+      info += attributes[static_cast<size_t>(at)];
+      attributes.erase(attributes.begin() + at);
+    }
+    std::string data;
+    for (int i = below(6); i > 0; --i) data += blanks() + (below(2) ? value() : visit());
+    return "<proband>" + blanks() + info + blanks() + "/>" + blanks() + "<data>" + data + blanks() + "</data>" +
+           blanks() + "</proband>";
+  }
+  std::string record() {
+    return "<p_record>" + blanks() + element("p_name", text(false)) + blanks() + element("p_comment", text(false)) +
+           blanks() + proband() + blanks() + "</p_record>";
+  }
+
+  std::mt19937 random;
+};
+
 }  // namespace
 
 // Every way of writing the plain layout that the reader takes, each with
@@ -219,6 +300,53 @@ TEST_F(PlainReaderTest, TakesThePlainLayoutAndBuildsWhatTheGeneralRoadBuilds) {
     SCOPED_TRACE(row.label);
     expectEverywhere(row.text, true);
   }
+}
+
+// Random files in the plain layout: nearly all take the plain road (the rest
+// have a visit without age and date), and all give what the general road
+// gives.
+TEST_F(PlainReaderTest, BuildsWhatTheGeneralRoadBuildsForRandomPlainFiles) {
+  RandomDatabase maker(20251123);
+  int plain = 0;
+  const int count = 300;
+  for (int i = 0; i < count; ++i) {
+    SCOPED_TRACE(i);
+    const std::string text = maker.make();
+    for (size_t k : {size_t(0), size_t(3), size_t(4)}) {
+      const R_File* file = (*knowledge)[k].file.get();
+      plain += takesPlainRoad(text, file) ? 1 : 0;
+      expectSameAsGeneralRoad(text, file);
+    }
+  }
+  EXPECT_GT(plain, 3 * count / 2);
+}
+
+// Hundreds of unknown names of the lengths the known ones have fill the
+// table of names; then each variable of the sample gets a valid value,
+// which must land in its own slot.
+TEST_F(PlainReaderTest, FindsEachVariableAmongManyNames) {
+  const R_File* file = (*knowledge)[3].file.get();
+  std::string values;
+  for (int i = 0; i < 300; ++i) {
+    std::string name = "U" + std::to_string(1000 + i);
+    name.resize(static_cast<size_t>(4 + i % 9), 'Z');
+    values += "<val var=\"" + name + "\">1</val>";
+  }
+  auto valid = [&](const R_MeasuredVariables* vars) {
+    std::string known;
+    for (int order = 0; order < vars->getCount(); ++order) {
+      const R_Interval& interval = file->getVariable(vars->getIndex(order))->getInterval();
+      double low = interval.getMin().isDefined() ? interval.getMin().getValue() : 0;
+      double high = interval.getMax().isDefined() ? interval.getMax().getValue() : low + 2;
+      known += "<val var=\"" + std::string(vars->getName(order)) + "\">" + std::to_string((low + high) / 2) + "</val>";
+    }
+    return known;
+  };
+  const std::string text = database(record("a", "<info sex=\"female\"/><data>" + values + valid(file->getAnamnesticVars()) +
+                                                     "<record age=\"3\">" + valid(file->getFollowedVars()) +
+                                                     "</record></data>"));
+  EXPECT_TRUE(takesPlainRoad(text, file));
+  expectSameAsGeneralRoad(text, file);
 }
 
 // Each row leaves the plain layout somewhere, mostly after a good record
