@@ -202,12 +202,12 @@ int R_Proband::findNearVisit(const R_Number& age) const {
 }
 
 int R_Proband::addVisit(const R_Number& age, const R_Date& date) {
-  return addVisitWithRoom(age, date, R_ProbandRecord::usualRoom);
+  return addVisit(age, date, R_ProbandRecord::usualRoom);
 }
 
-int R_Proband::addVisitWithRoom(const R_Number& age, const R_Date& date, int room) {
+int R_Proband::addVisit(const R_Number& age, const R_Date& date, int expected_values) {
   if (!followed) return -1;
-  R_ProbandRecord* record = R_ProbandRecord::create(followed_count, room > 0 ? room : 1);
+  R_ProbandRecord* record = R_ProbandRecord::create(followed_count, expected_values > 0 ? expected_values : 1);
   record->setAgeDate(usableOrUndefined(age), date, dob);
   int near = findNearVisit(record->getAge());
   if (near >= 0 || getVisitCount() >= maxVisits) {
@@ -486,7 +486,7 @@ void R_Proband::loadVisit(R_InputStream& stream, bool* ok, const SlotOrders& ord
     read[count].load(stream, ok);
     if (read[count].isDefined()) ++defined;
   }
-  int index = addVisitWithRoom(age, date, defined);
+  int index = addVisit(age, date, defined);
   setVisitComment(index, comment.get());
   for (int j = 0; index >= 0 && j < count; ++j)
     if (orders[j] >= 0 && orders[j] < followed_count && read[j].isDefined()) setFollowedNumber(index, orders[j], read[j]);

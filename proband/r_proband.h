@@ -114,6 +114,10 @@ class R_Proband : public R_XMLRecipient {
   // index comes back, also at maxVisits, and values set through it merge
   // into it.
   int addVisit(const R_Number& age, const R_Date& date);
+  // The same, for a reader that knows how many values it will set on the
+  // new visit: its storage is made for that many at once. Any count is
+  // correct; a right one saves memory and time.
+  int addVisit(const R_Number& age, const R_Date& date, int expected_values);
   // Takes the visit out, gives it the age and date as addVisit would
   // (without merging) and puts it back in order. Answers its new index, -1
   // if it could not be put back (it is then gone). Requires: index in range.
@@ -161,8 +165,6 @@ class R_Proband : public R_XMLRecipient {
   bool isValid(const R_MeasuredVariables* vars, int order, const R_Number& value) const;
   R_ProbandRecord* visit(int index) const;
   int findNearVisit(const R_Number& age) const;
-  // addVisit, making a visit with room for `room` defined values.
-  int addVisitWithRoom(const R_Number& age, const R_Date& date, int room);
   void updateAges();
   void copyAnamnestic(const R_Proband& other);
   void copyVisits(const R_Proband& other);
