@@ -7,9 +7,7 @@
 #include <utility>
 
 #include "core/r_ascii.h"
-#include "core/r_date.h"
 #include "core/r_number.h"
-#include "core/r_string.h"
 #include "proband/r_a_simpledbrecord.h"
 #include "proband/r_proband.h"
 
@@ -283,14 +281,7 @@ bool R_A_SimpleDBPlainReader::readInfo(R_Proband* proband) {
   const char* sex = tag.values[kInfoSex];
   int code = !sex ? -1 : strcmp(sex, "male") == 0 ? 0 : strcmp(sex, "female") == 0 ? 1 : -1;
   if (code < 0) return false;
-  const char* text = tag.values[kInfoDob];
-  if (text) proband->setDobText(text);
-  text = tag.values[kInfoId];
-  if (text) {
-    R_String id;
-    id.setNormalized(text);
-    proband->setId(id.get());
-  }
+  proband->setInfoTexts(tag.values[kInfoId], tag.values[kInfoDob]);
   proband->setSex(code);
   return true;
 }
@@ -323,15 +314,10 @@ bool R_A_SimpleDBPlainReader::readAnamnestic(R_Proband* proband, const Tag& tag)
 // merges into an earlier one takes its comment, absent or not; one that
 // cannot be added keeps none of its values.
 bool R_A_SimpleDBPlainReader::readVisit(R_Proband* proband, const Tag& tag) {
-  R_Number age;
-  R_Date date;
-  const char* text = tag.values[kVisitAge];
-  if (text) age.parse(text);
-  text = tag.values[kVisitDate];
-  if (text) date.setFromText(text);
-  if (!age.isDefined() && !date.isDefined()) return false;
-  int index = proband->addVisit(age, date);
-  proband->setVisitCommentNormalized(index, tag.values[kVisitComment]);
+  int index = -1;
+  if (!proband->addVisitFromTexts(tag.values[kVisitAge], tag.values[kVisitDate], tag.values[kVisitComment],
+                                  valuesAhead(), &index))
+    return false;
   Tag value_tag;
   for (;;) {
     skipBlanks();
@@ -343,6 +329,21 @@ bool R_A_SimpleDBPlainReader::readVisit(R_Proband* proband, const Tag& tag) {
     if (index >= 0 && number && variable->followed >= 0)
       proband->setFollowedNumber(index, variable->followed, numberOf(number));
   }
+}
+
+// The `val` elements up to the end of the visit, as many as the tags
+// before its end tag, two each; the visit is made with room for that many
+// values.
+int R_A_SimpleDBPlainReader::valuesAhead() const {
+  static const char kVisitEnd[] = "</record>";
+  int tags = 0;
+  for (const char* p = next; p < limit; ++p) {
+    if (*p != '<') continue;
+    if (static_cast<size_t>(limit - p) >= sizeof kVisitEnd - 1 && memcmp(p, kVisitEnd, sizeof kVisitEnd - 1) == 0)
+      break;
+    ++tags;
+  }
+  return tags / 2;
 }
 
 // value -> <val var="name"> text </val>, the name without blanks.

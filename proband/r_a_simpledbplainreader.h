@@ -95,6 +95,7 @@ class R_A_SimpleDBPlainReader {
   bool readData(R_Proband* proband);
   bool readAnamnestic(R_Proband* proband, const Tag& tag);
   bool readVisit(R_Proband* proband, const Tag& tag);
+  int valuesAhead() const;
   bool readValue(const R_Proband& proband, const Tag& tag, const Variable** variable, const char** number);
   static R_Number numberOf(const char* text);
   const Variable& variableNamed(const R_Proband& proband, const char* name);

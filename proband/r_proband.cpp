@@ -325,16 +325,19 @@ const char* R_Proband::receive(int code, const char* text, const R_XMLParameters
   return (this->*kHandlers[code % kHandlerCount])(text, parameters);
 }
 
+// A sex given twice counts as female when either says so.
 const char* R_Proband::receiveInfo(const char*, const R_XMLParameters& parameters) {
-  const char* value = parameters.getParameterInElement("dob", "info");
-  // Only the text is taken here: visits read before a late `info` keep the
-  // ages they got.
-  if (value) dob.setFromText(value);
-  value = parameters.getParameterInElement("id", "info");
-  if (value) id.setNormalized(value);
+  setInfoTexts(parameters.getParameterInElement("id", "info"), parameters.getParameterInElement("dob", "info"));
   if (parameters.isParameterValueInElement("sex", "info", "male")) sex.set(1);
   if (parameters.isParameterValueInElement("sex", "info", "female")) sex.set(2);
   return nullptr;
+}
+
+// Only the text of the date is taken: visits read before a late `info`
+// keep the ages they got.
+void R_Proband::setInfoTexts(const char* id_text, const char* dob_text) {
+  if (dob_text) dob.setFromText(dob_text);
+  if (id_text) id.setNormalized(id_text);
 }
 
 // The variable's name comes back as the attribute holds it when it has no
@@ -364,16 +367,24 @@ const char* R_Proband::receiveValue(const char* text, const R_XMLParameters& par
 
 const char* R_Proband::receiveRecordBegin(const char*, const R_XMLParameters& parameters) {
   if (open_record >= 0) return "unfinished reading record";
+  if (!addVisitFromTexts(parameters.getParameterInElement("age", "record"),
+                         parameters.getParameterInElement("date", "record"),
+                         parameters.getParameterInElement("comment", "record"), R_ProbandRecord::usualRoom,
+                         &open_record))
+    return "record must have age or date";
+  return nullptr;
+}
+
+bool R_Proband::addVisitFromTexts(const char* age_text, const char* date_text, const char* comment,
+                                  int expected_values, int* index) {
   R_Number age;
   R_Date date;
-  const char* value = parameters.getParameterInElement("age", "record");
-  if (value) age.parse(value);
-  value = parameters.getParameterInElement("date", "record");
-  if (value) date.setFromText(value);
-  if (!age.isDefined() && !date.isDefined()) return "record must have age or date";
-  open_record = addVisit(age, date);
-  setVisitCommentNormalized(open_record, parameters.getParameterInElement("comment", "record"));
-  return nullptr;
+  if (age_text) age.parse(age_text);
+  if (date_text) date.setFromText(date_text);
+  if (!age.isDefined() && !date.isDefined()) return false;
+  *index = addVisit(age, date, expected_values);
+  setVisitCommentNormalized(*index, comment);
+  return true;
 }
 
 const char* R_Proband::receiveRecordEnd(const char*, const R_XMLParameters&) {

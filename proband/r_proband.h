@@ -130,6 +130,19 @@ class R_Proband : public R_XMLRecipient {
   // Works across knowledge files. Answers isSexDefined().
   bool copyFrom(const R_Proband& other);
 
+  // The identifier and date of birth from the attributes of an `info`
+  // element of the XML form, each null when absent: the identifier is
+  // normalised, the date of birth taken as text (visits already there keep
+  // their ages).
+  void setInfoTexts(const char* id_text, const char* dob_text);
+  // A visit from the attributes of a `record` element of the XML form, each
+  // null when absent: the age read as a number, the date as a date text.
+  // False, adding nothing, when neither is defined; otherwise adds the visit
+  // as addVisit(age, date, expected_values) does, gives it the normalised
+  // comment, and puts addVisit's answer into *index.
+  bool addVisitFromTexts(const char* age_text, const char* date_text, const char* comment, int expected_values,
+                         int* index);
+
   // Fills the proband from the content of a `proband` element (with or
   // without that element around it). False, with the proband cleared, for a
   // null or empty text, a broken text, or one without a sex; a failing
