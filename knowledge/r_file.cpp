@@ -1,7 +1,5 @@
 #include "knowledge/r_file.h"
 
-#include <algorithm>
-
 #include <cassert>
 #include <cstring>
 #include <vector>
@@ -149,24 +147,15 @@ R_Variable* R_File::getAgeVariable() const {
   return variables[var_age_index];
 }
 
-bool R_File::PairEntry::operator<(const PairEntry& other) const {
-  if (avar != other.avar) return avar < other.avar;
-  if (xvar != other.xvar) return xvar < other.xvar;
-  if (yvar != other.yvar) return yvar < other.yvar;
-  return ref < other.ref;
-}
-
 // Formulas ask for a reference at every point of every proband, and only
 // the references of the same variables can fit.
 template <class Age>
 int R_File::findReferenceOf(int sex, const Age& age, const R_XYVar& xyref) const {
-  PairEntry first = {xyref.getAVar(), xyref.getXVar(), xyref.getYVar(), -1};
-  auto entry = std::lower_bound(refs_by_pair.begin(), refs_by_pair.end(), first);
-  for (; entry != refs_by_pair.end() && entry->avar == first.avar && entry->xvar == first.xvar &&
-         entry->yvar == first.yvar;
-       ++entry) {
-    if (references[entry->ref]->fits(sex, age, xyref)) return entry->ref;
-  }
+  const int* candidate;
+  const int* end;
+  reference_index.find(xyref, &candidate, &end);
+  for (; candidate < end; ++candidate)
+    if (references[*candidate]->fits(sex, age, xyref)) return *candidate;
   return -1;
 }
 
@@ -265,11 +254,8 @@ void R_File::finish() {
   for (int i = 0; i < getVarCount() && var_age_index < 0; ++i) {
     if (variables[i]->isAge()) var_age_index = i;
   }
-  for (int i = 0; i < getRefCount(); ++i) {
-    const R_XYVar& pair = references[i]->getXYVar();
-    refs_by_pair.push_back({pair.getAVar(), pair.getXVar(), pair.getYVar(), i});
-  }
-  std::sort(refs_by_pair.begin(), refs_by_pair.end());
+  for (int i = 0; i < getRefCount(); ++i) reference_index.add(references[i]->getXYVar());
+  reference_index.finish();
 }
 
 bool R_File::loadBinary(const char* filename) {

@@ -6,11 +6,10 @@
 #ifndef KNOWLEDGE_R_FILE_H
 #define KNOWLEDGE_R_FILE_H
 
-#include <vector>
-
 #include "core/r_number.h"
 #include "knowledge/r_filestatistics.h"
 #include "knowledge/r_graphreflines.h"
+#include "knowledge/r_referenceindex.h"
 #include "xml/r_xmlrecipient.h"
 
 class R_Interval;
@@ -83,20 +82,12 @@ class R_File : public R_XMLRecipient {
   template <class Age>
   int findReferenceOf(int sex, const Age& age, const R_XYVar& xyref) const;
 
-  // A reference's variables and its index, ordered by the variables and
-  // then by the index: the references of one pair of variables stand
-  // together in file order.
-  struct PairEntry {
-    int avar, xvar, yvar, ref;
-    bool operator<(const PairEntry& other) const;
-  };
-
   bool is_ok;
   R_FileStatistics statistics;
   R_Variable** variables;     // owned, getVarCount() long, null while none
   R_Reference** references;   // owned, getRefCount() long, null while none
   R_SuperText** texts;        // owned, getTextCount() long, null while none
-  std::vector<PairEntry> refs_by_pair;  // one entry per reference
+  R_ReferenceIndex reference_index;
   R_GraphRefLines lines;
   int var_age_index;
   R_MeasuredVariables* followed_vars;    // owned

@@ -44,20 +44,6 @@ R_Interval& R_Interval::operator=(const R_Interval& other) {
   return *this;
 }
 
-bool R_Interval::contains(double value) const {
-  if (min.isDefined()) {
-    double low = min.getValue();
-    if (flags.hasBits(minClosed) ? low > value : low >= value) return false;
-  }
-  if (!max.isDefined()) return true;
-  double high = max.getValue();
-  return flags.hasBits(maxClosed) ? value <= high : value < high;
-}
-
-bool R_Interval::contains(const R_Number& value) const {
-  return value.isDefined() && contains(value.getValue());
-}
-
 bool R_Interval::contains(const R_Interval& other) const {
   return contains(other.min) && contains(other.max);
 }

@@ -31,9 +31,13 @@ class R_Interval : public R_XMLRecipient {
   const R_Number& getMin() const { return min; }
   const R_Number& getMax() const { return max; }
   int getFlags() const { return flags.get(); }
-  bool contains(double value) const;
+  bool contains(double value) const {
+    if (min.isDefined() && (flags.hasBits(minClosed) ? min.getValue() > value : min.getValue() >= value)) return false;
+    if (!max.isDefined()) return true;
+    return flags.hasBits(maxClosed) ? value <= max.getValue() : value < max.getValue();
+  }
   // False for an undefined number.
-  bool contains(const R_Number& value) const;
+  bool contains(const R_Number& value) const { return value.isDefined() && contains(value.getValue()); }
   // Both ends of `other` must be contained; an undefined end is not.
   bool contains(const R_Interval& other) const;
 

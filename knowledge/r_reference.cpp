@@ -74,12 +74,6 @@ R_Reference::~R_Reference() {
   delete data;
 }
 
-bool R_Reference::isForSex(int sex) const {
-  if (sex == 0) return properties.hasBits(propMale);
-  if (sex == 1) return properties.hasBits(propFemale);
-  return false;
-}
-
 // The cheap tests first: a search tries every reference of the file.
 bool R_Reference::fits(int sex, const R_Number& at_age, const R_XYVar& pair) const {
   if (pair != xyref || !isForSex(sex)) return false;

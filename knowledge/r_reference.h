@@ -52,7 +52,9 @@ class R_Reference : public R_XMLRecipient {
   const R_Interval& getAge() const { return age; }
   const R_XYVar& getXYVar() const { return xyref; }
   // Sex 0 is male, 1 female; any other sex is for no reference.
-  bool isForSex(int sex) const;
+  bool isForSex(int sex) const {
+    return (sex == 0 && properties.hasBits(propMale)) || (sex == 1 && properties.hasBits(propFemale));
+  }
   // Same variables, an age inside the interval (any age when the interval
   // is undefined, an undefined age only then), and the sex.
   bool fits(int sex, const R_Number& age, const R_XYVar& xyref) const;

@@ -39,10 +39,6 @@ R_XYVar& R_XYVar::operator=(const R_XYVar& other) {
   return *this;
 }
 
-bool R_XYVar::operator==(const R_XYVar& other) const {
-  return avar == other.avar && yvar == other.yvar && xvar == other.xvar;
-}
-
 bool R_XYVar::isDefined() const { return (xvar.get() > -1 && yvar.get() > -1) || avar.get() > -1; }
 
 bool R_XYVar::loadXML(const char* textXML, const R_FileStatistics& statistics, R_XMLErrorReporter* reporter) {

@@ -21,7 +21,9 @@ class R_XYVar : public R_XMLRecipient {
   R_XYVar(int a_var, int x_var, int y_var);
   R_XYVar(const R_XYVar& other);
   R_XYVar& operator=(const R_XYVar& other);
-  bool operator==(const R_XYVar& other) const;
+  bool operator==(const R_XYVar& other) const {
+    return avar == other.avar && yvar == other.yvar && xvar == other.xvar;
+  }
   bool operator!=(const R_XYVar& other) const { return !(*this == other); }
 
   int getAVar() const { return avar.get(); }

@@ -336,12 +336,13 @@ bool R_A_SimpleDBPlainReader::readVisit(R_Proband* proband, const Tag& tag) {
 // values.
 int R_A_SimpleDBPlainReader::valuesAhead() const {
   static const char kVisitEnd[] = "</record>";
+  const size_t kEndLength = sizeof kVisitEnd - 1;
   int tags = 0;
-  for (const char* p = next; p < limit; ++p) {
-    if (*p != '<') continue;
-    if (static_cast<size_t>(limit - p) >= sizeof kVisitEnd - 1 && memcmp(p, kVisitEnd, sizeof kVisitEnd - 1) == 0)
-      break;
+  const char* p = next;
+  while ((p = static_cast<const char*>(memchr(p, '<', static_cast<size_t>(limit - p)))) != nullptr) {
+    if (static_cast<size_t>(limit - p) >= kEndLength && memcmp(p, kVisitEnd, kEndLength) == 0) break;
     ++tags;
+    ++p;
   }
   return tags / 2;
 }
