@@ -45,10 +45,7 @@ void BM_ExpressionWithSlots(benchmark::State& state) {
 void runFormula(benchmark::State& state, const char* formula) {
   const R_File& file = sampleKnowledge();
   R_Equation equation;
-  if (!equation.loadExpression(formula, file.getStatistics())) {
-    state.SkipWithError("the formula does not translate");
-    return;
-  }
+  if (!translateForBench(state, formula, &equation)) return;
   const R_A_SimpleDB& db = database().get();
   R_Date today(1, 1, 2026);
   int index = 0;

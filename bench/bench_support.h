@@ -9,7 +9,10 @@
 #include <memory>
 #include <string>
 
+#include <benchmark/benchmark.h>
+
 #include "exporter/mysecurity.h"
+#include "formula/r_equation.h"
 #include "knowledge/r_file.h"
 #include "proband/r_a_simpledb.h"
 #include "tools/auxtool/probandsynthesizer.h"
@@ -24,6 +27,14 @@ inline const R_File& sampleKnowledge() {
     return loaded;
   }();
   return *file;
+}
+
+// `formula` translated against the sample knowledge file into `equation`;
+// false, with the benchmark marked as skipped, when it does not translate.
+inline bool translateForBench(benchmark::State& state, const char* formula, R_Equation* equation) {
+  if (equation->loadExpression(formula, sampleKnowledge().getStatistics())) return true;
+  state.SkipWithError("the formula does not translate");
+  return false;
 }
 
 // `count` synthetic probands (seed 1) in a database without a file.
