@@ -70,9 +70,14 @@ class R_ProbandRecord {
   // Where `room` indices and values lie in a block of them: the indices
   // take an even number of ints, so the values stay aligned.
   static double* valuesIn(int* block, int room) { return reinterpret_cast<double*>(block + room + (room & 1)); }
+  static const double* valuesIn(const int* block, int room) {
+    return reinterpret_cast<const double*>(block + room + (room & 1));
+  }
   static size_t bytesFor(int room) { return (sizeof(int) + sizeof(double)) * static_cast<size_t>(room + (room & 1)); }
-  int* indices() const { return spill ? spill : const_cast<int*>(reinterpret_cast<const int*>(this + 1)); }
-  double* values() const { return valuesIn(indices(), room); }
+  int* indices() { return spill ? spill : reinterpret_cast<int*>(this + 1); }
+  const int* indices() const { return spill ? spill : reinterpret_cast<const int*>(this + 1); }
+  double* values() { return valuesIn(indices(), room); }
+  const double* values() const { return valuesIn(indices(), room); }
   // Where `index` stands among the defined values, or would be inserted.
   int positionOf(int index) const;
   // Moves the values to a block of their own with twice the room, at most
