@@ -1,0 +1,3 @@
+#include "output/r_a_pagesink.h"
+
+R_A_PageSink::~R_A_PageSink() {}

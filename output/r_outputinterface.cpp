@@ -1,0 +1,3 @@
+#include "output/r_outputinterface.h"
+
+R_OutputInterface::~R_OutputInterface() {}
