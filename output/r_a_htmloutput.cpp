@@ -431,12 +431,11 @@ void R_A_HTMLOutput::beginGraph(int, const char* title, int width, int height) {
   emitPiece(graph, title, graphUrl.get());
 }
 
-void R_A_HTMLOutput::endGraph(int, const char* title) {
+void R_A_HTMLOutput::endGraph(int, const char* /*title*/) {
   makeGraphFileName();
   // A bitmap graph is saved on graphPath with the palette and placed in the
-  // page with `title` here, once the canvas is wired in; without a canvas
+  // page with its title here, once the canvas is wired in; without a canvas
   // there is nothing to save and nothing to place.
-  (void)title;
   sink.graphDone(graphPath.get(), graphUrl.get());
 }
 
