@@ -88,7 +88,7 @@ TEST(SetupReaderTest, HoldsItsLimitsOfNameLineAndValue) {
       {name66 + " = {\nq = 1\n}\nz = 2\n", "4 z=[2]\n"},
       {"v = {\n" + a + "\n" + b + "\n" + c + "}\nz = 2\n", "1 v=[\n" + a + "\n" + b + "\n" + c.substr(0, 189) + "]\n5 z=[2]\n"},
       {"x = " + full + "y = 2\nz = 3\n", "1 x=[" + full + "]\n1 y=[2]\n2 z=[3]\n"},
-      {"x = " + full + "\nz = 3\n", "1 x=[" + full + "]\n2 z=[3]\n"},
+      {"x = {" + full.substr(1) + "\n}\nz = 3\n", "1 x=[" + full.substr(1) + "\n]\n3 z=[3]\n"},
   };
   checkRows(rows, sizeof(rows) / sizeof(rows[0]));
 }
