@@ -12,7 +12,7 @@ auxtool=$2
 out=$3
 
 rm -rf "$out"
-for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist; do
+for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist setup_reader query_parser; do
   mkdir -p "$out/$target"
 done
 
@@ -89,6 +89,16 @@ for f in "$src"/tests/data/formula/*.xml; do
     file != "" { print > file }
   ' "$f"
 done
+
+# Setup files: the fixture of the setup tests, and one past the longest
+# line, name and value, which mutation alone reaches late.
+cp "$src/tests/data/page/setup.txt" "$out/setup_reader/fixture-setup.txt"
+repeat() { head -c "$2" /dev/zero | tr '\0' "$1"; }
+{
+  printf 'x = '; repeat v 8200; printf '\n{'; repeat n 66; printf '} = 1\ny = {\n'
+  for _ in 1 2 3; do repeat w 3000; echo; done
+  printf '}\nz = {\nopen\n'
+} > "$out/setup_reader/limits.txt"
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"

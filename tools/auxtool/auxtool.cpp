@@ -7,6 +7,7 @@
 #include "tools/auxtool/checkcommand.h"
 #include "tools/auxtool/convertcommand.h"
 #include "tools/auxtool/exitcodes.h"
+#include "tools/auxtool/setupcommand.h"
 #include "tools/auxtool/synthcommand.h"
 
 namespace {
@@ -22,6 +23,7 @@ const Command kCommands[] = {
     {"convert", runConvertCommand, &kConvertUsage},
     {"calc", runCalcCommand, &kCalcUsage},
     {"synth", runSynthCommand, &kSynthUsage},
+    {"setup", runSetupCommand, &kSetupUsage},
 };
 
 void printUsage(FILE* output) {
