@@ -12,7 +12,8 @@ auxtool=$2
 out=$3
 
 rm -rf "$out"
-for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist; do
+for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist \
+    text_paragraph; do
   mkdir -p "$out/$target"
 done
 
@@ -89,6 +90,18 @@ for f in "$src"/tests/data/formula/*.xml; do
     file != "" { print > file }
   ' "$f"
 done
+
+# Paragraphs: the content of every `p` element of the knowledge files, one
+# per seed.
+n=0
+for f in "$src"/tests/data/*/*.xml "$sample"; do
+  grep -o '<p[ >].*</p>' "$f" | sed 's/^<p[^>]*>//; s/<\/p>$//' > "$out/paragraphs.tmp" || true
+  while IFS= read -r line; do
+    n=$((n + 1))
+    printf '%s' "$line" > "$out/text_paragraph/p-$n.txt"
+  done < "$out/paragraphs.tmp"
+done
+rm "$out/paragraphs.tmp"
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"
