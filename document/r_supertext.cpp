@@ -1,6 +1,7 @@
 #include "document/r_supertext.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "core/r_inputstream.h"
 #include "core/r_integer.h"
@@ -25,24 +26,23 @@ namespace {
 
 enum Code { codeId, codeTitle, codeMeta, codeCondition, codeFirstElement };
 
-// The element kinds by XML tag and by binary code. The tag table of the
-// XML load lists the four fields of the text and then these tags, so an
-// element's receive code is codeFirstElement plus its row here.
+// The element kinds by XML tag. The tag table of the XML load lists the four
+// fields of the text and then these tags, so an element's receive code is
+// codeFirstElement plus its row here.
 struct ElementKind {
   const char* tag;
-  int binary_code;
   R_Text* (*make)();
 };
 const ElementKind kKinds[] = {
-    {"p", '1', [] { return static_cast<R_Text*>(new R_TextParagraph()); }},
-    {"hr", '4', [] { return static_cast<R_Text*>(new R_TextHRule()); }},
-    {"h1", '2', [] { return static_cast<R_Text*>(new R_TextHeader(1)); }},
-    {"h2", '8', [] { return static_cast<R_Text*>(new R_TextHeader(2)); }},
-    {"img", '3', [] { return static_cast<R_Text*>(new R_TextImage()); }},
-    {"table", '5', [] { return static_cast<R_Text*>(new R_TextTable()); }},
-    {"graph", '6', [] { return static_cast<R_Text*>(new R_TextPlaceholder(R_Text::typeGraph)); }},
-    {"insert", '7', [] { return static_cast<R_Text*>(new R_TextInsert()); }},
-    {"auxogram", '9', [] { return static_cast<R_Text*>(new R_TextPlaceholder(R_Text::typeAuxogram)); }},
+    {"p", [] { return static_cast<R_Text*>(new R_TextParagraph()); }},
+    {"hr", [] { return static_cast<R_Text*>(new R_TextHRule()); }},
+    {"h1", [] { return static_cast<R_Text*>(new R_TextHeader(1)); }},
+    {"h2", [] { return static_cast<R_Text*>(new R_TextHeader(2)); }},
+    {"img", [] { return static_cast<R_Text*>(new R_TextImage()); }},
+    {"table", [] { return static_cast<R_Text*>(new R_TextTable()); }},
+    {"graph", [] { return static_cast<R_Text*>(new R_TextPlaceholder(R_Text::typeGraph)); }},
+    {"insert", [] { return static_cast<R_Text*>(new R_TextInsert()); }},
+    {"auxogram", [] { return static_cast<R_Text*>(new R_TextPlaceholder(R_Text::typeAuxogram)); }},
 };
 const int kKindCount = sizeof kKinds / sizeof kKinds[0];
 
@@ -53,9 +53,12 @@ static_assert(sizeof kTags / sizeof kTags[0] == codeFirstElement + kKindCount, "
 // Elements are created as they are read, so a damaged count costs nothing.
 const int kMaxPrealloc = 64;
 
+// Each element knows its own code; a code of none gives null.
 R_Text* makeByBinaryCode(int code) {
   for (const ElementKind& kind : kKinds) {
-    if (kind.binary_code == code) return kind.make();
+    R_Text* element = kind.make();
+    if (element->getBinaryCode() == code) return element;
+    delete element;
   }
   return nullptr;
 }
@@ -105,6 +108,7 @@ void R_SuperText::writeElement(const R_Text& element, const R_File& file, const 
 
 bool R_SuperText::loadXML(const char* textXML, const R_FileStatistics& statistics_in,
                           R_XMLErrorReporter* reporter_in) {
+  assert(txt.empty() && id.isEmpty());
   statistics = &statistics_in;
   reporter = reporter_in;
   R_XMLParser parser(R_XMLParser::captureSize, reporter);
@@ -186,6 +190,7 @@ void R_SuperText::saveElementXML(const R_Text& element, R_XMLTextOutput& output,
 }
 
 void R_SuperText::load(R_InputStream& stream, bool* ok) {
+  assert(txt.empty() && id.isEmpty());
   if (!*ok) return;
   if (!stream.checkType(R_TypeSuperText)) {
     *ok = false;

@@ -140,7 +140,8 @@ TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
        {"data error processing standalone tag <img../>: text block data error", end}},
       {"an insert without ref", "<id>T</id><insert ref=\" \"/>",
        {"data error processing standalone tag <insert../>: text block data error", end}},
-      {"a blank graph", "<id>T</id><graph> </graph>", {"data error closing block </graph>: text block data error", end}},
+      {"a blank graph", "<id>T</id><graph> </graph>",
+       {"data error closing block </graph>: text block data error", end}},
       {"a paragraph fault", "<id>T</id><p><value var=\"NOPE\"/></p>",
        {"error wrong standalone element processing element <value>", "error no text defined processing element <p>",
         "data error closing block </p>: text block data error", end}},
@@ -168,12 +169,14 @@ TEST(SuperTextTest, LoadsTheFileFormWithTheParsersLineNumbers) {
   R_File bad;
   CollectingReporter reporter;
   EXPECT_FALSE(bad.loadXML(path.c_str(), &reporter));
-  int line = static_cast<int>(std::count(text.begin(), text.begin() + static_cast<long>(text.find("</text>")), '\n')) + 1;
+  long before_end = static_cast<long>(text.find("</text>"));
+  int line = static_cast<int>(std::count(text.begin(), text.begin() + before_end, '\n')) + 1;
   std::string at = "(" + std::to_string(line) + ") ";
   // The summary lines name the line after the last line feed read.
   std::string last = "(" + std::to_string(std::count(text.begin(), text.end(), '\n') + 1) + ") ";
   Lines expected = {"error wrong standalone element processing element <b>",
-                    "error no text defined processing element <p>", "data error closing block </p>: text block data error", "Error while processing text.",
+                    "error no text defined processing element <p>",
+                    "data error closing block </p>: text block data error", "Error while processing text.",
                     at + "data error closing block </text>: error loading text", last + "Data not loaded",
                     last + "Error while processing file."};
   EXPECT_EQ(expected, reporter.lines());
