@@ -3,11 +3,13 @@
 #include <memory>
 #include <string>
 
+#include "document/r_supertext.h"
 #include "formula/r_calcvalue.h"
 #include "formula/r_calcvalueproband.h"
 #include "fuzz/fuzz_support.h"
 #include "knowledge/r_file.h"
 #include "proband/r_proband.h"
+#include "tests/support/recording_output.h"
 
 void checkKnowledgeRoundTrips(const R_File& file) {
   // The XML form may leave out the lines, which the binary form requires.
@@ -33,5 +35,13 @@ void computeEveryVariable(const R_File& file) {
   for (int index = 0; index < file.getVarCount(); ++index) {
     R_CalcValue value;
     R_CalcValueProband::load(value, file, *proband, age_today, index, 0);
+  }
+  for (int index = 0; index < file.getTextCount(); ++index) {
+    RecordingOutput output;
+    const R_SuperText& text = *file.getText(index);
+    text.isAvailable(file, *proband, age_today);
+    text.write(file, *proband, age_today, output, 0);
+    FUZZ_CHECK(output.calls().size() >= 2 && output.calls().front() == "beginDocument" &&
+               output.calls().back() == "endDocument");
   }
 }

@@ -12,7 +12,8 @@ class R_File;
 // Requires: file.isOK().
 void checkKnowledgeRoundTrips(const R_File& file);
 // Every variable through the proband bridge, with its method chains,
-// references and nested calculations. Requires: file.isOK().
+// references and nested calculations, and every text written for the
+// proband as one document. Requires: file.isOK().
 void computeEveryVariable(const R_File& file);
 
 #endif

@@ -12,7 +12,8 @@ auxtool=$2
 out=$3
 
 rm -rf "$out"
-for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist setup_reader query_parser; do
+for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist \
+    setup_reader query_parser text_paragraph; do
   mkdir -p "$out/$target"
 done
 
@@ -99,6 +100,17 @@ repeat() { head -c "$2" /dev/zero | tr '\0' "$1"; }
   for _ in 1 2 3; do repeat w 3000; echo; done
   printf '}\nz = {\nopen\n'
 } > "$out/setup_reader/limits.txt"
+# Paragraphs: the content of every `p` element of the knowledge files, one
+# per seed.
+n=0
+for f in "$src"/tests/data/*/*.xml "$sample"; do
+  grep -o '<p[ >].*</p>' "$f" | sed 's/^<p[^>]*>//; s/<\/p>$//' > "$out/paragraphs.tmp" || true
+  while IFS= read -r line; do
+    n=$((n + 1))
+    printf '%s' "$line" > "$out/text_paragraph/p-$n.txt"
+  done < "$out/paragraphs.tmp"
+done
+rm "$out/paragraphs.tmp"
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"

@@ -193,6 +193,28 @@ VARIABLES = [
     calculated("HEIGHT_VEL", "Height velocity", "followed", "cm/year", 0.1,
                interval(-20, 100),
                [(None, "(HEIGHT:NOW-HEIGHT:PREV)/(HEIGHT:NOW:AGE-HEIGHT:PREV:AGE)")]),
+    # The latest measurement of each kind, as one point, for the sentences of
+    # the report texts (a whole series has no single value to print).
+    calculated("LAST_AGE", "Age at the last height measurement", "followed", "years", 0.1,
+               interval(0, 30), [(None, "HEIGHT:LAST_DEFINED:AGE")]),
+    calculated("LAST_HEIGHT", "Last height", "followed", "cm", 0.1, interval(30, 230),
+               [(None, "HEIGHT:LAST_DEFINED")]),
+    calculated("LAST_HEIGHT_SD", "Last height SD score", "followed", "SD", 0.01, SD_VALID,
+               [(None, "HEIGHT_SD:LAST_DEFINED")]),
+    calculated("LAST_HEIGHT_P", "Last height percentile", "followed", "%", 0.1, P_VALID,
+               [(None, "HEIGHT_P:LAST_DEFINED")]),
+    calculated("LAST_WEIGHT", "Last weight", "followed", "kg", 0.01, interval(0.3, 250),
+               [(None, "WEIGHT:LAST_DEFINED")]),
+    calculated("LAST_WEIGHT_SD", "Last weight SD score", "followed", "SD", 0.01, SD_VALID,
+               [(None, "WEIGHT_SD:LAST_DEFINED")]),
+    calculated("LAST_WEIGHT_P", "Last weight percentile", "followed", "%", 0.1, P_VALID,
+               [(None, "WEIGHT_P:LAST_DEFINED")]),
+    calculated("LAST_BMI", "Last body mass index", "followed", "kg/m2", 0.1, interval(5, 80),
+               [(None, "BMI:LAST_DEFINED")]),
+    calculated("LAST_BMI_SD", "Last BMI SD score", "followed", "SD", 0.01, SD_VALID,
+               [(None, "BMI_SD:LAST_DEFINED")]),
+    calculated("LAST_BMI_P", "Last BMI percentile", "followed", "%", 0.1, P_VALID,
+               [(None, "BMI_P:LAST_DEFINED")]),
 ]
 
 # Lines that charts draw over a reference without its own percentile list.
@@ -482,6 +504,106 @@ def growth_refs(refdir, tolerance, report):
     return refs
 
 
+# ---------------------------------------------------------------- texts
+
+# The report texts, as a clinic writes them: a growth summary, the table of
+# visits, puberty by sex, and the target height that both the summary and
+# the table insert. Conditions can't hold '<' or '>' inside an XML tag, so
+# comparisons use the keywords LT, GT, LTEQ and GTEQ.
+TEXTS = [
+    """
+    <id>growth_summary</id>
+    <toc><title>Growth summary</title><meta>Last measurements with SD scores and percentiles, and the target height from the parents.</meta></toc>
+    <h1>Growth summary</h1>
+    <p>The values below are those of the last visit at which the height was measured, at the age of <value var="LAST_AGE"/>. SD scores and percentiles refer to the WHO Child Growth Standards up to 5 years and to the WHO Growth Reference 2007 from 5 to 19 years.</p>
+    <h2>Height</h2>
+    <p>Height <b><value var="LAST_HEIGHT"/></b>, SD score <value var="LAST_HEIGHT_SD"/>, percentile <value var="LAST_HEIGHT_P"/>.</p>
+    <h2>Weight and body mass index</h2>
+    <p>Weight <b><value var="LAST_WEIGHT"/></b>, body mass index <b><value var="LAST_BMI"/></b>, SD score <value var="LAST_BMI_SD"/>, percentile <value var="LAST_BMI_P"/>.</p>
+    <p if="AGE_TODAY LT 10">Weight for age: SD score <value var="LAST_WEIGHT_SD"/>, percentile <value var="LAST_WEIGHT_P"/>.</p>
+    <p if="AGE_TODAY GTEQ 10">Weight for age has no reference beyond 10 years; the body mass index above takes its place.</p>
+    <p if="AGE_TODAY LT 2">Under two years of age, head circumference is measured at every visit; it is listed with the visits.</p>
+    <insert ref="target_height"/>
+    <p if="FEMALE AND AGE_TODAY GTEQ 8">From the age of 8 years, breast development and pubic hair are staged at every visit (<link target="puberty_girls"/>).</p>
+    <p if="MALE AND AGE_TODAY GTEQ 9">From the age of 9 years, testicular volume and pubic hair are recorded at every visit (<link target="puberty_boys"/>).</p>
+    <p>All measurements, visit by visit, are in the <link target="visit_table"/>.</p>
+    <hr/>
+    <p><i>Computed by the growth engine from the recorded measurements. Please check unusual values against the measurement record.</i></p>
+    """,
+    """
+    <id>visit_table</id>
+    <toc><title>Visits</title><meta>Every visit with height, weight and body mass index, their SD scores and percentiles.</meta></toc>
+    <h1>Visits</h1>
+    <p>One row per visit with a measured height or weight. SD scores and percentiles are empty where no reference covers the age.</p>
+    <table mode="normal">
+     <column type="date" format="%d.%m.%Y" header="Date"/>
+     <column type="values" method="HEIGHT:AGE" precision="0.01" header="Age (years)"/>
+     <column type="values" method="HEIGHT" precision="0.1" header="Height (cm)"/>
+     <column type="values" method="HEIGHT_SD" precision="sd" header="Height SD"/>
+     <column type="values" method="HEIGHT_P" precision="percentiles" header="Height P"/>
+     <column type="separator"/>
+     <column type="values" method="WEIGHT" precision="0.01" header="Weight (kg)"/>
+     <column type="values" method="BMI" precision="0.1" header="BMI (kg/m2)"/>
+     <column type="values" method="BMI_SD" precision="sd" header="BMI SD"/>
+     <column type="values" method="BMI_P" precision="percentiles" header="BMI P"/>
+    </table>
+    <h2>Growth rate</h2>
+    <p>Height velocity between two visits with a measured height, in centimetres per year.</p>
+    <table mode="inverted">
+     <column type="date" format="%d.%m.%Y" header="Date"/>
+     <column type="values" method="HEIGHT" precision="0.1" header="Height (cm)"/>
+     <column type="values" method="HEIGHT_VEL" precision="0.1" header="Velocity (cm/year)"/>
+    </table>
+    <insert ref="target_height"/>
+    <p>Back to the <link target="growth_summary"/>.</p>
+    """,
+    """
+    <id>target_height</id>
+    <toc><meta>Inserted into the summary and the table of visits.</meta></toc>
+    <h2>Target height</h2>
+    <p>Father <value var="FATHER_HT"/>, mother <value var="MOTHER_HT"/>. The mid-parental target height is <b><value var="TARGET_HT"/></b> (SD score <value var="TARGET_HT_SD"/> at 19 years); most children reach an adult height within 8.5 cm of it.</p>
+    """,
+    """
+    <id>puberty_girls</id>
+    <toc><if>FEMALE AND AGE_TODAY GTEQ 8</if><title>Puberty (girls)</title><meta>Tanner stages of breast development and pubic hair.</meta></toc>
+    <h1>Puberty</h1>
+    <p>Tanner stages at each visit: breast development (M1 to M5) and pubic hair (PH1 to PH5). Stage 2 of breast development marks the onset of puberty.</p>
+    <table mode="inverted">
+     <column type="date" format="%d.%m.%Y" header="Date"/>
+     <column type="values" method="HEIGHT:AGE" precision="0.1" header="Age (years)"/>
+     <column type="values" method="TANNER_M" precision="1" header="Breast (M)"/>
+     <column type="values" method="TANNER_PH" precision="1" header="Pubic hair (PH)"/>
+    </table>
+    <p>See also the <link target="growth_summary"/>.</p>
+    """,
+    """
+    <id>puberty_boys</id>
+    <toc><if>MALE AND AGE_TODAY GTEQ 9</if><title>Puberty (boys)</title><meta>Testicular volume and Tanner stages of pubic hair.</meta></toc>
+    <h1>Puberty</h1>
+    <p>Testicular volume (orchidometer, ml) and pubic hair stage (PH1 to PH5) at each visit. A volume of 4 ml or more marks the onset of puberty.</p>
+    <table mode="inverted">
+     <column type="date" format="%d.%m.%Y" header="Date"/>
+     <column type="values" method="HEIGHT:AGE" precision="0.1" header="Age (years)"/>
+     <column type="values" method="TEST_VOLUME" precision="1" header="Testes (ml)"/>
+     <column type="values" method="TANNER_PH" precision="1" header="Pubic hair (PH)"/>
+    </table>
+    <p>See also the <link target="growth_summary"/>.</p>
+    """,
+]
+
+
+def xml_texts():
+    out = ""
+    for inner in TEXTS:
+        lines = [line.strip() for line in inner.strip().splitlines()]
+        body = "\n".join("    " + line for line in lines)
+        text = "\n" + body + "\n  "
+        if len(text.encode("cp1250")) + len("</text>") > CAPTURE_BYTES:
+            sys.exit("a text does not fit the capture")
+        out += "  <text>" + text + "</text>\n"
+    return out
+
+
 # ---------------------------------------------------------------- file
 
 HEADER = """<?xml version='1.0' encoding="Windows-1250" standalone="no"?>
@@ -503,8 +625,9 @@ def make_file(refdir, tolerance, report):
     for name, inner, _ in refs:
         largest = max(largest, len(inner.encode("cp1250")) + len(END_TAG))
         text += "  <ref>" + inner + END_TAG + "\n"
-    report.append("%d variables, %d ref elements, largest ref %d of %d capture bytes" % (
-        len(VARIABLES), len(refs), largest, CAPTURE_BYTES))
+    text += xml_texts()
+    report.append("%d variables, %d ref elements, largest ref %d of %d capture bytes, %d texts" % (
+        len(VARIABLES), len(refs), largest, CAPTURE_BYTES, len(TEXTS)))
     return text + "</quorl>\n"
 
 

@@ -90,6 +90,8 @@ void R_XMLTextOutput::writeDirective(char type, const char* inside) {
 
 void R_XMLTextOutput::writeText(const char* text) { putEscaped(text); }
 
+void R_XMLTextOutput::writeRaw(const char* text) { putPlain(text); }
+
 void R_XMLTextOutput::writeString(const R_String& string) { putEscaped(string.get()); }
 
 void R_XMLTextOutput::writeInteger(const R_Integer& integer) {

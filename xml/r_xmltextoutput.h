@@ -44,6 +44,9 @@ class R_XMLTextOutput {
   void writeDirective(char type, const char* inside);
 
   void writeText(const char* text);
+  // Content that already is text of this dialect, put as it is: no escaping,
+  // folded like any other text. Requires: text != null.
+  void writeRaw(const char* text);
   void writeString(const R_String& string);
   void writeInteger(const R_Integer& integer);
   // "%g", or "?" for the undefined number.

@@ -9,9 +9,12 @@
 //   z = +-3 + (y - SD3) / (SD3 - SD2)       weight and BMI WHO's restricted
 //                                           rule, SDk = M*(1 + L*S*k)^(1/L)
 //   percentile = 100 * Phi(z)
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "core/r_number.h"
+#include "document/r_supertext.h"
 #include "gtest/gtest.h"
 #include "knowledge/r_file.h"
 #include "knowledge/r_filestatistics.h"
@@ -22,6 +25,8 @@
 #include "knowledge/r_xyvar.h"
 #include "proband/r_a_security.h"
 #include "proband/r_a_simpledb.h"
+#include "proband/r_proband.h"
+#include "tests/support/recording_output.h"
 #include "tests/support/xml_fakes.h"
 
 namespace {
@@ -109,7 +114,9 @@ TEST_P(SampleKnowledgeTest, LoadsWithoutAMessage) {
   for (const char* name : {"AGE", "HEIGHT", "WEIGHT", "FOH", "BONE_AGE", "MAC", "SIST", "SSST", "TST",
                            "TEST_VOLUME", "TANNER_PH", "TANNER_M", "MENARCHE", "FATHER_HT", "MOTHER_HT",
                            "FATHER_HC", "MOTHER_HC", "BMI", "HEIGHT_SD", "HEIGHT_P", "WEIGHT_SD", "WEIGHT_P",
-                           "BMI_SD", "BMI_P", "FOH_SD", "FOH_P", "TARGET_HT", "TARGET_HT_SD", "HEIGHT_VEL"}) {
+                           "BMI_SD", "BMI_P", "FOH_SD", "FOH_P", "TARGET_HT", "TARGET_HT_SD", "HEIGHT_VEL",
+                           "LAST_AGE", "LAST_HEIGHT", "LAST_HEIGHT_SD", "LAST_HEIGHT_P", "LAST_WEIGHT",
+                           "LAST_WEIGHT_SD", "LAST_WEIGHT_P", "LAST_BMI", "LAST_BMI_SD", "LAST_BMI_P"}) {
     EXPECT_TRUE(loaded && file.getStatistics().hasVar(name)) << name;
   }
 }
@@ -167,6 +174,64 @@ TEST_P(SampleKnowledgeTest, CoversTheAgesOfEachWHOTableAndNoMore) {
     SCOPED_TRACE(std::string(row.variable) + " at " + std::to_string(row.age));
     EXPECT_EQ(sdScore(file, row.variable, kFemale, row.age, row.value).isDefined(), row.covered);
   }
+}
+
+// Every text writes one whole document for every sample proband; its links
+// name texts of the file, and the target height is inserted into the
+// summary and into the table of visits.
+TEST_P(SampleKnowledgeTest, WritesEveryReportTextForEveryProband) {
+  ASSERT_TRUE(loaded);
+  const char* const ids[] = {"growth_summary", "visit_table", "target_height", "puberty_girls", "puberty_boys"};
+  ASSERT_EQ(5, file.getTextCount());
+  EXPECT_TRUE(file.getText(file.findText("target_height"))->getTitle().isEmpty());
+  NoSecurity security;
+  R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
+  for (int p = 0; p < database.getN(); ++p) {
+    for (const char* id : ids) {
+      SCOPED_TRACE(std::string(id) + " for proband " + std::to_string(p));
+      RecordingOutput output;
+      ASSERT_GE(file.findText(id), 0);
+      file.getText(file.findText(id))->write(file, *database.getProband(p), R_Number(9.5), output, 0);
+      const std::vector<std::string>& calls = output.calls();
+      ASSERT_GE(calls.size(), 2u);
+      EXPECT_EQ("beginDocument", calls.front());
+      EXPECT_EQ("endDocument", calls.back());
+      bool shows_target = std::string(id).compare(0, 8, "puberty_") != 0;
+      EXPECT_EQ(shows_target ? 1 : 0, std::count(calls.begin(), calls.end(), "writeHeader 1 \"Target height\""));
+      for (const std::string& call : calls) {
+        if (call.compare(0, 12, "writeAnchor ") != 0) continue;
+        std::string target = call.substr(13, call.find('"', 13) - 13);
+        EXPECT_GE(file.findText(target.c_str()), 0) << target;
+      }
+    }
+  }
+}
+
+// The boy whose father is 180.6 cm and mother 162.6 cm tall: target height
+// (180.6 + 162.6 + 13) / 2 = 178.1 cm; puberty is offered from 9 years.
+TEST_P(SampleKnowledgeTest, TheSummaryShowsTheTargetHeightAndPubertyBySexAndAge) {
+  ASSERT_TRUE(loaded);
+  NoSecurity security;
+  R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
+  const R_Proband* boy = nullptr;
+  for (int p = 0; p < database.getN(); ++p) {
+    R_Number father;
+    database.getProband(p)->getAnamnesticValue(father, "FATHER_HT");
+    if (father.isEqual(180.6)) boy = database.getProband(p);
+  }
+  ASSERT_TRUE(boy);
+  ASSERT_EQ(kMale, boy->getSex());
+  RecordingOutput output;
+  file.getText(file.findText("growth_summary"))->write(file, *boy, R_Number(9.5), output, 0);
+  const std::vector<std::string>& calls = output.calls();
+  EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "writeResult \"178.1 cm\""));
+  EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "writeAnchor \"puberty_boys\" true"));
+  EXPECT_EQ(0, std::count(calls.begin(), calls.end(), "writeAnchor \"puberty_girls\" true"));
+  const R_SuperText& boys = *file.getText(file.findText("puberty_boys"));
+  const R_SuperText& girls = *file.getText(file.findText("puberty_girls"));
+  EXPECT_TRUE(boys.isAvailable(file, *boy, R_Number(9.0)));
+  EXPECT_FALSE(boys.isAvailable(file, *boy, R_Number(8.9)));
+  EXPECT_FALSE(girls.isAvailable(file, *boy, R_Number(12.0)));
 }
 
 INSTANTIATE_TEST_SUITE_P(BothForms, SampleKnowledgeTest, ::testing::Values("knowledge.xml", "knowledge.bin"));

@@ -1,0 +1,72 @@
+// The document suites' fixture: the knowledge file tests/data/document/
+// report.xml with its texts, the probands boy.xml and girl.xml beside it,
+// and traces of texts written for them through a RecordingOutput.
+#ifndef TESTS_DOCUMENT_DOCUMENT_FIXTURE_H
+#define TESTS_DOCUMENT_DOCUMENT_FIXTURE_H
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/r_number.h"
+#include "document/r_supertext.h"
+#include "knowledge/r_file.h"
+#include "proband/r_proband.h"
+#include "tests/support/recording_output.h"
+#include "tests/support/test_files.h"
+#include "tests/support/xml_fakes.h"
+
+class DocumentTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    file = new R_File();
+    CollectingReporter reporter;
+    bool loaded = file->loadXML(testData("document/report.xml").c_str(), &reporter);
+    EXPECT_TRUE(loaded) << (reporter.lines().empty() ? "" : reporter.lines().back());
+  }
+  static void TearDownTestSuite() {
+    delete file;
+    file = nullptr;
+  }
+
+  // The proband tests/data/document/<name>.xml, for `knowledge` (default:
+  // the fixture's file).
+  std::unique_ptr<R_Proband> proband(const std::string& name, const R_File* knowledge = nullptr) {
+    std::unique_ptr<R_Proband> loaded(new R_Proband(knowledge ? knowledge : file));
+    EXPECT_TRUE(loaded->loadXML(readFile(testData("document/" + name + ".xml")).c_str())) << name;
+    return loaded;
+  }
+
+  // The calls that text `id` makes, written at depth 0 for the proband with
+  // the age today `age`.
+  std::vector<std::string> traceOf(const std::string& id, const std::string& who, double age = 3.0) {
+    int index = file->findText(id.c_str());
+    EXPECT_GE(index, 0) << id;
+    if (index < 0) return {};
+    output.clear();
+    file->getText(index)->write(*file, *proband(who), R_Number(age), output, 0);
+    return output.calls();
+  }
+
+  static inline R_File* file = nullptr;
+  RecordingOutput output;
+};
+
+// The writeChar lines of `text` in font state `state`.
+inline std::vector<std::string> chars(int state, const std::string& text) {
+  std::vector<std::string> lines;
+  for (char c : text) lines.push_back("writeChar " + std::to_string(state) + " '" + c + "'");
+  return lines;
+}
+
+// The lines of all the parts, in order.
+inline std::vector<std::string> join(std::initializer_list<std::vector<std::string>> parts) {
+  std::vector<std::string> lines;
+  for (const auto& part : parts) lines.insert(lines.end(), part.begin(), part.end());
+  return lines;
+}
+
+#endif
