@@ -1,0 +1,34 @@
+// Writes a Windows bitmap with 4-bit run-length compression (BI_RLE4):
+// a 118-byte head (file header, 40-byte info header with 75 in both
+// resolution fields, the 16-entry palette), then the rows bottom-up.
+//
+// The row encoder works on whole bytes, that is on pairs of pixels, and
+// keeps two oddities that images already made have: a run always leaves the
+// last pixels of a row (at least 2) to codes of their own, and when 5 to 7
+// pixels are left that are all equal pairs the row simply ends there, so a
+// reader shows them in colour index 0.
+#ifndef OUTPUT_R_A_BITMAPSAVEBMP_H
+#define OUTPUT_R_A_BITMAPSAVEBMP_H
+
+#include <vector>
+
+#include "output/r_a_bitmapsave.h"
+
+class R_A_BitmapSaveBMP : public R_A_BitmapSave {
+ public:
+  static const int _headSize = 118;  // offset of the pixel data
+
+  R_A_BitmapSaveBMP();
+
+  bool write(FILE* file, int width, int height, int rowBytes,
+             const unsigned char* pixels) override;
+  void setColor(int index, int r, int g, int b) override;
+
+  // Appends the codes of one row of `width` pixels, without its end code.
+  static void encodeRow(const unsigned char* row, int width, std::vector<unsigned char>* out);
+
+ private:
+  unsigned char palette[_paletteSize * 4];  // blue, green, red, 0 per entry
+};
+
+#endif
