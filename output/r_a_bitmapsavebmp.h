@@ -3,10 +3,12 @@
 // resolution fields, the 16-entry palette), then the rows bottom-up.
 //
 // The row encoder works on whole bytes, that is on pairs of pixels, and
-// keeps two oddities that images already made have: a run always leaves the
-// last pixels of a row (at least 2) to codes of their own, and when 5 to 7
-// pixels are left that are all equal pairs the row simply ends there, so a
-// reader shows them in colour index 0.
+// keeps two oddities that images already made have. A run always leaves the
+// last pixels of a row (at least 2) to codes of their own. And when 5 to 7
+// pixels are left, the encoder looks at all but the last of their bytes; if
+// those are equal the row simply ends there, so a reader shows the rest in
+// colour index 0 ("ff ff f0" at the end of a row is lost, and so is a whole
+// uniform row of 5 to 7 pixels).
 #ifndef OUTPUT_R_A_BITMAPSAVEBMP_H
 #define OUTPUT_R_A_BITMAPSAVEBMP_H
 
