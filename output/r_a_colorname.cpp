@@ -5,13 +5,13 @@
 
 #include "core/r_ascii.h"
 
-const R_A_ColorName R_A_ColorName::table[] = {
+namespace {
+
+const R_A_ColorName kTable[] = {
 #include "output/r_a_colorname_table.inc"
 };
-static_assert(sizeof(R_A_ColorName::table) / sizeof(R_A_ColorName::table[0]) == R_A_ColorName::_count,
+static_assert(sizeof kTable / sizeof kTable[0] == R_A_ColorName::_count,
               "the colour table and its count must agree");
-
-namespace {
 
 // A byte that is no hexadecimal digit counts as 0, so "#gg0000" is black.
 int hexDigit(char c) {
@@ -25,6 +25,11 @@ int hexPair(const char* p) { return hexDigit(p[0]) * 16 + hexDigit(p[1]); }
 
 }  // namespace
 
+const R_A_ColorName& R_A_ColorName::get(int index) {
+  assert(index >= 0 && index < _count);
+  return kTable[index];
+}
+
 bool resolveColorName(const char* name, int* r, int* g, int* b) {
   assert(name != nullptr && r != nullptr && g != nullptr && b != nullptr);
   if (name[0] == '#') {
@@ -35,7 +40,7 @@ bool resolveColorName(const char* name, int* r, int* g, int* b) {
     *b = hexPair(digits + 4);
     return true;
   }
-  for (const R_A_ColorName& entry : R_A_ColorName::table) {
+  for (const R_A_ColorName& entry : kTable) {
     if (R_stricmp(entry.name, name) == 0) {
       *r = entry.red;
       *g = entry.green;
