@@ -48,8 +48,11 @@ int R_A_BitmapDraw::getPixel(int x, int y) const {
 void R_A_BitmapDraw::setPixel(int x, int y, int color) { plot(x, y, color); }
 
 void R_A_BitmapDraw::plot(int64_t x, int64_t y, int color) {
-  if (x < 0 || y < 0 || x >= width || y >= height) return;
-  unsigned char& byte = pixels[static_cast<size_t>(y) * rowBytes + static_cast<size_t>(x / 2)];
+  // One unsigned comparison per axis also catches the negative values.
+  if (static_cast<uint64_t>(x) >= static_cast<uint64_t>(width) ||
+      static_cast<uint64_t>(y) >= static_cast<uint64_t>(height))
+    return;
+  unsigned char& byte = pixels[static_cast<size_t>(y) * rowBytes + static_cast<size_t>(x >> 1)];
   if (x & 1)
     byte = static_cast<unsigned char>((byte & 0xF0) | (color & 15));
   else
@@ -62,8 +65,19 @@ void R_A_BitmapDraw::fillRect(int x0, int y0, int x1, int y1, int color) {
   const int64_t right = clamp64(x0 < x1 ? x1 : x0, -1, width - 1);
   const int64_t top = clamp64(y0 < y1 ? y0 : y1, 0, height - 1);
   const int64_t bottom = clamp64(y0 < y1 ? y1 : y0, -1, height - 1);
-  for (int64_t y = top; y <= bottom; ++y)
-    for (int64_t x = left; x <= right; ++x) plot(x, y, color);
+  if (left > right) return;
+  for (int64_t y = top; y <= bottom; ++y) fillSpan(static_cast<int>(left), static_cast<int>(right),
+                                                    static_cast<int>(y), color);
+}
+
+// Whole bytes of the span at once; an odd first or even last pixel shares
+// its byte with a pixel outside the span.
+void R_A_BitmapDraw::fillSpan(int left, int right, int y, int color) {
+  if (left & 1) plot(left++, y, color);
+  if (!(right & 1)) plot(right--, y, color);
+  if (left > right) return;
+  unsigned char* row = pixels.data() + static_cast<size_t>(y) * rowBytes;
+  std::memset(row + left / 2, (color & 15) * 0x11, static_cast<size_t>((right - left + 1) / 2));
 }
 
 void R_A_BitmapDraw::drawLine(int x0, int y0, int x1, int y1, int color, int pattern, int pen) {
@@ -82,7 +96,7 @@ void R_A_BitmapDraw::drawLine64(int64_t x0, int64_t y0, int64_t x1, int64_t y1, 
   const int sx = x1 >= x0 ? 1 : -1, sy = y1 >= y0 ? 1 : -1;
   const bool xMain = dx > dy;
   const int64_t lng = xMain ? dx : dy, sht = xMain ? dy : dx;
-  const int64_t mainStart = xMain ? x0 : y0, shortStart = xMain ? y0 : x0;
+  const int64_t mainStart = xMain ? x0 : y0;
   const int mainStep = xMain ? sx : sy, shortStep = xMain ? sy : sx;
   const int64_t mainSize = xMain ? width : height;
 
@@ -101,21 +115,35 @@ void R_A_BitmapDraw::drawLine64(int64_t x0, int64_t y0, int64_t x1, int64_t y1, 
 
   const __int128 steps = (static_cast<__int128>(2 * sht) * kFirst + lng - 1) / (2 * lng);
   int64_t err = static_cast<int64_t>(2 * sht * static_cast<__int128>(kFirst + 1) - lng - 2 * lng * steps);
-  int64_t mainPos = mainStart + mainStep * kFirst;
-  int64_t shortPos = shortStart + shortStep * static_cast<int64_t>(steps);
+  // The walk moves (x, y) by the main step each dot and by the short step
+  // when err says so.
+  const int64_t mainX = xMain ? mainStep : 0, mainY = xMain ? 0 : mainStep;
+  const int64_t shortX = xMain ? 0 : shortStep, shortY = xMain ? shortStep : 0;
+  int64_t x = x0 + mainX * kFirst + shortX * static_cast<int64_t>(steps);
+  int64_t y = y0 + mainY * kFirst + shortY * static_cast<int64_t>(steps);
   const int stretch = penStretch(pen), dots = penDots(pen);
+  // Dot n = k + 1 tests bit (n / stretch) & 15, kept as quotient and rest.
+  int64_t quotient = (kFirst + 1) / stretch;
+  int rest = static_cast<int>((kFirst + 1) % stretch);
   for (int64_t k = kFirst; k < kEnd; ++k) {
-    const int64_t n = k + 1;
-    if ((pattern >> ((n / stretch) & 15)) & 1) {
-      const int64_t x = xMain ? mainPos : shortPos, y = xMain ? shortPos : mainPos;
-      for (int j = 0; j < dots; ++j) plot(x + kPen[j].dx, y + kPen[j].dy, color);
+    if ((pattern >> (quotient & 15)) & 1) {
+      if (dots == 1)
+        plot(x, y, color);
+      else
+        for (int j = 0; j < dots; ++j) plot(x + kPen[j].dx, y + kPen[j].dy, color);
     }
     if (err > 0) {
-      shortPos += shortStep;
+      x += shortX;
+      y += shortY;
       err -= 2 * lng;
     }
-    mainPos += mainStep;
+    x += mainX;
+    y += mainY;
     err += 2 * sht;
+    if (++rest == stretch) {
+      rest = 0;
+      ++quotient;
+    }
   }
 }
 

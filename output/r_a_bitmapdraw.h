@@ -34,6 +34,8 @@ class R_A_BitmapDraw {
   int getWidth() const { return width; }
   int getHeight() const { return height; }
   int getRowBytes() const { return rowBytes; }
+  // Row y starts at getPixels() + y * getRowBytes(); null when empty.
+  const unsigned char* getPixels() const { return pixels.empty() ? nullptr : pixels.data(); }
   // The colour index at (x, y), or -1 outside the raster.
   int getPixel(int x, int y) const;
 
@@ -70,6 +72,8 @@ class R_A_BitmapDraw {
   // int coordinate stay exact.
   void plot(int64_t x, int64_t y, int color);
   void drawLine64(int64_t x0, int64_t y0, int64_t x1, int64_t y1, int color, int pattern, int pen);
+  // Requires: 0 <= left <= right < width, 0 <= y < height.
+  void fillSpan(int left, int right, int y, int color);
   void drawGlyphRow(int64_t x, int64_t y, unsigned bits, int color, int background);
 
   int width = 0;

@@ -1,27 +1,30 @@
 #include "output/r_a_bitmapsavebmp.h"
 
 #include <cassert>
+#include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace {
 
 const int kMaxRun = 126;      // bytes in one run, 252 pixels
 const int kMaxLiteral = 124;  // bytes in one literal stretch
 const int kMaxSame = 10;      // equal bytes a literal stretch may swallow
+const size_t kChunkBytes = 64 * 1024;
 
-void put16(unsigned char* p, unsigned v) {
+void put16(unsigned char* p, uint32_t v) {
   p[0] = static_cast<unsigned char>(v);
   p[1] = static_cast<unsigned char>(v >> 8);
 }
 
-void put32(unsigned char* p, unsigned v) {
+void put32(unsigned char* p, uint32_t v) {
   put16(p, v & 0xFFFF);
   put16(p + 2, v >> 16);
 }
 
-void putPair(std::vector<unsigned char>* out, int first, int second) {
-  out->push_back(static_cast<unsigned char>(first));
-  out->push_back(static_cast<unsigned char>(second));
+void putPair(unsigned char*& out, int first, int second) {
+  *out++ = static_cast<unsigned char>(first);
+  *out++ = static_cast<unsigned char>(second);
 }
 
 // Bytes equal to row[i], counting row[i], while at least 4 pixels stay
@@ -51,10 +54,11 @@ int literalLength(const unsigned char* row, int i, int rem) {
   return last - i < kMaxLiteral ? last - i : kMaxLiteral;
 }
 
-void putLiteral(const unsigned char* bytes, int d, std::vector<unsigned char>* out) {
+void putLiteral(const unsigned char* bytes, int d, unsigned char*& out) {
   putPair(out, 0, 2 * d);
-  out->insert(out->end(), bytes, bytes + d);
-  if (d % 2 != 0) out->push_back(0);  // a literal keeps the codes word-aligned
+  std::memcpy(out, bytes, static_cast<size_t>(d));
+  out += d;
+  if (d % 2 != 0) *out++ = 0;  // a literal keeps the codes word-aligned
 }
 
 }  // namespace
@@ -70,20 +74,20 @@ void R_A_BitmapSaveBMP::setColor(int index, int r, int g, int b) {
   entry[3] = 0;
 }
 
-void R_A_BitmapSaveBMP::encodeRow(const unsigned char* row, int width,
-                                  std::vector<unsigned char>* out) {
+int R_A_BitmapSaveBMP::encodeRow(const unsigned char* row, int width, unsigned char* out) {
+  unsigned char* const start = out;
   int i = 0;
   int rem = width;
   while (rem > 0) {
     const unsigned char b = row[i];
     if (rem <= 2) {
       putPair(out, rem, b);
-      return;
+      break;
     }
     int n = rem <= 4 ? 1 : runLength(row, i, rem);
     if (n < 3 && rem > 4) {
       n = literalLength(row, i, rem);
-      if (n == 0) return;  // only equal pairs left: the row ends early
+      if (n == 0) break;  // only equal pairs seen: the row ends early
       if (n >= 2) {
         putLiteral(row + i, n, out);
         i += n;
@@ -95,31 +99,52 @@ void R_A_BitmapSaveBMP::encodeRow(const unsigned char* row, int width,
     i += n;
     rem -= 2 * n;
   }
+  return static_cast<int>(out - start);
 }
 
+// The sizes are known only when the rows are written, so the head is
+// written twice: first as a place holder, at the end with its values.
 bool R_A_BitmapSaveBMP::write(FILE* file, int width, int height, int rowBytes,
                               const unsigned char* pixels) {
   assert(width > 0 && height > 0 && rowBytes >= (width + 1) / 2);
-  std::vector<unsigned char> out(_headSize, 0);
-  out.reserve(_headSize + static_cast<size_t>(height) * (rowBytes + 8));
+  unsigned char head[_headSize] = {};
+  bool ok = std::fwrite(head, 1, _headSize, file) == _headSize;
+  // Rows gather in a chunk with room for one more row at its worst, every
+  // byte a pair, and its end code.
+  std::vector<unsigned char> chunk(kChunkBytes + static_cast<size_t>(width) + 3);
+  size_t length = 0, dataSize = 0;
   for (int y = height - 1; y >= 0; --y) {
-    encodeRow(pixels + static_cast<size_t>(y) * rowBytes, width, &out);
-    putPair(&out, 0, y > 0 ? 0 : 1);  // end of line, end of bitmap after row 0
+    unsigned char* end = chunk.data() + length;
+    end += encodeRow(pixels + static_cast<size_t>(y) * rowBytes, width, end);
+    putPair(end, 0, y > 0 ? 0 : 1);  // end of line, end of bitmap after row 0
+    length = static_cast<size_t>(end - chunk.data());
+    if (length >= kChunkBytes || y == 0) {
+      ok = std::fwrite(chunk.data(), 1, length, file) == length && ok;
+      dataSize += length;
+      length = 0;
+    }
   }
-  unsigned char* head = out.data();
+  fillHead(head, width, height, static_cast<uint32_t>(dataSize));
+  ok = std::fseek(file, 0, SEEK_SET) == 0 && ok;
+  return std::fwrite(head, 1, _headSize, file) == _headSize && ok;
+}
+
+void R_A_BitmapSaveBMP::fillHead(unsigned char* head, int width, int height, uint32_t dataSize) const {
   head[0] = 'B';
   head[1] = 'M';
-  put32(head + 2, static_cast<unsigned>(out.size()));
+  put32(head + 2, _headSize + dataSize);
+  put32(head + 6, 0);
   put32(head + 10, _headSize);
   put32(head + 14, 40);
-  put32(head + 18, static_cast<unsigned>(width));
-  put32(head + 22, static_cast<unsigned>(height));  // positive: bottom-up
+  put32(head + 18, static_cast<uint32_t>(width));
+  put32(head + 22, static_cast<uint32_t>(height));  // positive: bottom-up
   put16(head + 26, 1);
   put16(head + 28, 4);
   put32(head + 30, 2);  // BI_RLE4
-  put32(head + 34, static_cast<unsigned>(out.size() - _headSize));
-  put32(head + 38, 75);
+  put32(head + 34, dataSize);
+  put32(head + 38, 75);  // the resolution fields count per metre, yet hold 75
   put32(head + 42, 75);
+  put32(head + 46, 0);
+  put32(head + 50, 0);
   std::memcpy(head + 54, palette, sizeof palette);
-  return std::fwrite(out.data(), 1, out.size(), file) == out.size();
 }

@@ -12,7 +12,7 @@
 #ifndef OUTPUT_R_A_BITMAPSAVEBMP_H
 #define OUTPUT_R_A_BITMAPSAVEBMP_H
 
-#include <vector>
+#include <cstdint>
 
 #include "output/r_a_bitmapsave.h"
 
@@ -26,10 +26,13 @@ class R_A_BitmapSaveBMP : public R_A_BitmapSave {
              const unsigned char* pixels) override;
   void setColor(int index, int r, int g, int b) override;
 
-  // Appends the codes of one row of `width` pixels, without its end code.
-  static void encodeRow(const unsigned char* row, int width, std::vector<unsigned char>* out);
+  // Writes the codes of one row of `width` pixels, without its end code, to
+  // `out` and answers their count, which is at most width + 1.
+  static int encodeRow(const unsigned char* row, int width, unsigned char* out);
 
  private:
+  void fillHead(unsigned char* head, int width, int height, uint32_t dataSize) const;
+
   unsigned char palette[_paletteSize * 4];  // blue, green, red, 0 per entry
 };
 

@@ -2,12 +2,14 @@
 
 #include <cassert>
 #include <cstring>
+#include <vector>
 
 namespace {
 
 const int kMaxRun = 63;
 const int kRunMark = 192;  // bytes from here on are run counts
 const int kPaletteOffset = 16;
+const size_t kChunkBytes = 64 * 1024;
 
 void put16(unsigned char* p, int v) {
   p[0] = static_cast<unsigned char>(v);
@@ -26,17 +28,18 @@ void R_A_BitmapSavePCX::setColor(int index, int r, int g, int b) {
   entry[2] = static_cast<unsigned char>(b);
 }
 
-void R_A_BitmapSavePCX::encodeRow(const unsigned char* row, int rowBytes,
-                                  std::vector<unsigned char>* out) {
+int R_A_BitmapSavePCX::encodeRow(const unsigned char* row, int rowBytes, unsigned char* out) {
+  unsigned char* const start = out;
   int i = 0;
   while (i < rowBytes) {
     const unsigned char b = row[i];
     int n = 1;
     while (n < kMaxRun && i + n < rowBytes && row[i + n] == b) ++n;
-    if (n > 1 || b >= kRunMark) out->push_back(static_cast<unsigned char>(kRunMark + n));
-    out->push_back(b);
+    if (n > 1 || b >= kRunMark) *out++ = static_cast<unsigned char>(kRunMark + n);
+    *out++ = b;
     i += n;
   }
+  return static_cast<int>(out - start);
 }
 
 bool R_A_BitmapSavePCX::write(FILE* file, int width, int height, int rowBytes,
@@ -56,8 +59,17 @@ bool R_A_BitmapSavePCX::write(FILE* file, int width, int height, int rowBytes,
   header[65] = 1;  // one plane
   put16(header + 66, rowBytes);
   put16(header + 68, 1);  // colour palette
-  std::vector<unsigned char> out(header, header + _headerSize);
-  out.reserve(_headerSize + static_cast<size_t>(height) * rowBytes / 4);
-  for (int y = 0; y < height; ++y) encodeRow(pixels + static_cast<size_t>(y) * rowBytes, rowBytes, &out);
-  return std::fwrite(out.data(), 1, out.size(), file) == out.size();
+  bool ok = std::fwrite(header, 1, _headerSize, file) == _headerSize;
+  // Rows gather in a chunk with room for one more row at its worst, every
+  // byte with a count of its own.
+  std::vector<unsigned char> chunk(kChunkBytes + 2 * static_cast<size_t>(rowBytes));
+  size_t length = 0;
+  for (int y = 0; y < height; ++y) {
+    length += encodeRow(pixels + static_cast<size_t>(y) * rowBytes, rowBytes, chunk.data() + length);
+    if (length >= kChunkBytes || y == height - 1) {
+      ok = std::fwrite(chunk.data(), 1, length, file) == length && ok;
+      length = 0;
+    }
+  }
+  return ok;
 }

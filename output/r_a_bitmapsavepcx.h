@@ -6,7 +6,6 @@
 #ifndef OUTPUT_R_A_BITMAPSAVEPCX_H
 #define OUTPUT_R_A_BITMAPSAVEPCX_H
 
-#include <vector>
 
 #include "output/r_a_bitmapsave.h"
 
@@ -22,8 +21,9 @@ class R_A_BitmapSavePCX : public R_A_BitmapSave {
              const unsigned char* pixels) override;
   void setColor(int index, int r, int g, int b) override;
 
-  // Appends the encoded bytes of one row of `rowBytes` bytes.
-  static void encodeRow(const unsigned char* row, int rowBytes, std::vector<unsigned char>* out);
+  // Writes the encoded bytes of one row of `rowBytes` bytes to `out` and
+  // answers their count, which is at most 2 * rowBytes.
+  static int encodeRow(const unsigned char* row, int rowBytes, unsigned char* out);
 
  private:
   unsigned char header[_headerSize];  // the palette lives at offset 16

@@ -72,6 +72,20 @@ TEST(BitmapDrawTest, EverythingOutsideTheRasterIsDropped) {
       dumpCanvas(canvas));
 }
 
+TEST(BitmapDrawTest, FillRectCoversBothCornersWhateverHalfOfAByteTheyFallOn) {
+  struct Row {
+    int x0, x1;
+    const char* dump;
+  } rows[] = {{1, 4, ".7777.\n"}, {4, 1, ".7777.\n"}, {1, 1, ".7....\n"}, {2, 2, "..7...\n"},
+              {2, 3, "..77..\n"}, {5, 0, "777777\n"}, {-9, 9, "777777\n"}, {6, 9, "......\n"}};
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.dump);
+    R_A_BitmapDraw canvas(6, 1);
+    canvas.fillRect(r.x0, 0, r.x1, 0, 0x17);
+    EXPECT_EQ(r.dump, dumpCanvas(canvas));
+  }
+}
+
 // The canvas walks only the part of a long line that can touch the raster;
 // a plain walk of every dot must draw the same pixels.
 TEST(BitmapDrawTest, LongLinesFromFarOutsideMatchAPlainWalkOfEveryDot) {

@@ -21,15 +21,15 @@ std::string bytes(std::initializer_list<int> values) {
 std::string zeros(int count) { return std::string(count, '\0'); }
 
 std::string encodedBMP(const std::vector<unsigned char>& row, int width) {
-  std::vector<unsigned char> out;
-  R_A_BitmapSaveBMP::encodeRow(row.data(), width, &out);
-  return std::string(out.begin(), out.end());
+  std::vector<unsigned char> out(width + 1);
+  const int length = R_A_BitmapSaveBMP::encodeRow(row.data(), width, out.data());
+  return std::string(out.begin(), out.begin() + length);
 }
 
 std::string encodedPCX(const std::vector<unsigned char>& row) {
-  std::vector<unsigned char> out;
-  R_A_BitmapSavePCX::encodeRow(row.data(), static_cast<int>(row.size()), &out);
-  return std::string(out.begin(), out.end());
+  std::vector<unsigned char> out(2 * row.size());
+  const int length = R_A_BitmapSavePCX::encodeRow(row.data(), static_cast<int>(row.size()), out.data());
+  return std::string(out.begin(), out.begin() + length);
 }
 
 // 4 by 2: row 0 is 1 0 0 1, row 1 all 0; palette 0 white, 1 #102030, 2 an
