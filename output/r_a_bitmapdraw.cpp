@@ -25,7 +25,6 @@ int penStretch(int pen) { return pen <= 1 ? 1 : pen == 2 ? 2 : 3; }
 int penDots(int pen) { return pen <= 1 ? 1 : pen == 2 ? 4 : 9; }
 
 int64_t absolute(int64_t v) { return v < 0 ? -v : v; }
-int64_t clamp64(int64_t v, int64_t lo, int64_t hi) { return v < lo ? lo : v > hi ? hi : v; }
 
 }  // namespace
 
@@ -60,14 +59,12 @@ void R_A_BitmapDraw::plot(int64_t x, int64_t y, int color) {
 }
 
 void R_A_BitmapDraw::fillRect(int x0, int y0, int x1, int y1, int color) {
-  if (isEmpty()) return;
-  const int64_t left = clamp64(x0 < x1 ? x0 : x1, 0, width - 1);
-  const int64_t right = clamp64(x0 < x1 ? x1 : x0, -1, width - 1);
-  const int64_t top = clamp64(y0 < y1 ? y0 : y1, 0, height - 1);
-  const int64_t bottom = clamp64(y0 < y1 ? y1 : y0, -1, height - 1);
-  if (left > right) return;
-  for (int64_t y = top; y <= bottom; ++y) fillSpan(static_cast<int>(left), static_cast<int>(right),
-                                                    static_cast<int>(y), color);
+  const int left = x0 < x1 ? x0 : x1, right = x0 < x1 ? x1 : x0;
+  const int top = y0 < y1 ? y0 : y1, bottom = y0 < y1 ? y1 : y0;
+  if (right < 0 || left >= width || bottom < 0 || top >= height) return;
+  const int from = left < 0 ? 0 : left, to = right >= width ? width - 1 : right;
+  const int last = bottom >= height ? height - 1 : bottom;
+  for (int y = top < 0 ? 0 : top; y <= last; ++y) fillSpan(from, to, y, color);
 }
 
 // Whole bytes of the span at once; an odd first or even last pixel shares
