@@ -119,11 +119,12 @@ void R_A_BitmapDraw::drawLine64(int64_t x0, int64_t y0, int64_t x1, int64_t y1, 
   int64_t x = x0 + mainX * kFirst + shortX * static_cast<int64_t>(steps);
   int64_t y = y0 + mainY * kFirst + shortY * static_cast<int64_t>(steps);
   const int stretch = penStretch(pen), dots = penDots(pen);
+  const unsigned dashes = static_cast<unsigned>(pattern) & 0xFFFF;
   // Dot n = k + 1 tests bit (n / stretch) & 15, kept as quotient and rest.
   int64_t quotient = (kFirst + 1) / stretch;
   int rest = static_cast<int>((kFirst + 1) % stretch);
   for (int64_t k = kFirst; k < kEnd; ++k) {
-    if ((pattern >> (quotient & 15)) & 1) {
+    if ((dashes >> (quotient & 15)) & 1) {
       if (dots == 1)
         plot(x, y, color);
       else
