@@ -40,8 +40,11 @@ bool resolveColorName(const char* name, int* r, int* g, int* b) {
     *b = hexPair(digits + 4);
     return true;
   }
+  // Table names are lower case, so the first byte rules out most entries
+  // before a whole comparison.
+  const char first = R_toLower(name[0]);
   for (const R_A_ColorName& entry : kTable) {
-    if (R_stricmp(entry.name, name) == 0) {
+    if (entry.name[0] == first && R_stricmp(entry.name, name) == 0) {
       *r = entry.red;
       *g = entry.green;
       *b = entry.blue;

@@ -49,6 +49,7 @@ class R_A_WMFCreator {
   void writeRecord(int function, int parameter);
   void writeRecord(int function, int parameter1, int parameter2);
   // One record of `count` parameters, limited to 0 to _maxParameters.
+  // Requires: `words` holds that many.
   void writeRecord(int function, const uint16_t* words, int count);
 
   // Marks the first free object slot and answers it; -1, changing nothing,
