@@ -49,7 +49,9 @@ class R_A_BitmapDraw {
   // 1, 2, 3 and a square of 1, 4 or 9 pixels for a pen of 1 (or less), 2, and
   // 3 or more: a wider pen stretches the dashes.
   void drawLine(int x0, int y0, int x1, int y1, int color, int pattern, int pen);
-  // A polygon of 16 sides around (x, y), solid, pen 1.
+  // A polygon of 16 sides around (x, y), solid, pen 1: its corners are the
+  // offset (radius, 0) turned by pi/8 again and again, each truncated
+  // towards 0 and added to the centre.
   void drawCircle(int x, int y, int radius, int color);
   // Draws every byte of `text` (null draws nothing) 8 pixels apart, (x, y)
   // the top left of the first character box. A box is a blank row, the 8

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "output/r_a_bitmapfont.h"
@@ -197,6 +198,20 @@ TEST(BitmapDrawTest, FontHoldsTheCodePageLettersAndBlanksAtTheirPlaces) {
   for (int b : {32, 144, 153, 160}) EXPECT_EQ(0, memcmp(blank, R_A_BitmapFont::getGlyph(b), 8)) << b;
   for (int b : {0x01, 0x9E, 0xE8, 0xF8, 0xEC, 0xD8, 0x8E, 0xDD, 0xF9})
     EXPECT_NE(0, memcmp(blank, R_A_BitmapFont::getGlyph(b), 8)) << b;
+}
+
+TEST(BitmapDrawTest, ExtremeCoordinatesNeitherOverflowNorDraw) {
+  R_A_BitmapDraw canvas(16, 16);
+  for (int a : {INT32_MIN, INT32_MIN + 1, INT32_MAX - 1, INT32_MAX}) {
+    canvas.drawCircle(a, a, a, 1);
+    canvas.drawCircle(a / -2, a, INT32_MAX, 1);
+    canvas.drawString(a, a, 1, true, 0, "\xC1\xC1\xC1");
+    canvas.drawLine(a, INT32_MIN, a, INT32_MAX, 1, -1, a);  // pen and pattern of any value
+    canvas.fillRect(a, a, a, INT32_MAX, 1);
+  }
+  std::string blank;
+  for (int y = 0; y < 16; ++y) blank += std::string(16, '.') + "\n";
+  EXPECT_EQ(blank, dumpCanvas(canvas));
 }
 
 TEST(BitmapDrawTest, AnyCanvasSizeIsEitherARasterOrEmpty) {
