@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "output/r_a_bitmapdraw.h"
@@ -82,8 +83,13 @@ void drawGraph(R_A_BitmapDraw* canvas) {
   drawLabels(canvas);
 }
 
+// The directory of the image files: $AUX_BENCH_IMAGE_DIR, else the system's
+// temporary directory. A disk file system that is busy creating and removing
+// thousands of files shows in the figures; /dev/shm shows the code alone.
 std::string imagePath(const char* extension, int64_t number) {
-  return std::string(P_tmpdir) + "/bench_graph_image" + std::to_string(number) + "." + extension;
+  const char* dir = std::getenv("AUX_BENCH_IMAGE_DIR");
+  return std::string(dir != nullptr && *dir != '\0' ? dir : P_tmpdir) + "/bench_graph_image" +
+         std::to_string(number) + "." + extension;
 }
 
 void BM_DrawGraph(benchmark::State& state) {
