@@ -27,8 +27,8 @@ void putPair(unsigned char*& out, int first, int second) {
   *out++ = static_cast<unsigned char>(second);
 }
 
-// Bytes equal to row[i], counting row[i], while at least 4 pixels stay
-// behind the run.
+// Bytes equal to row[i], counting row[i], as long as at least 2 pixels
+// stay behind the run.
 int runLength(const unsigned char* row, int i, int rem) {
   int n = 1;
   for (int t = 2; n < kMaxRun && t < rem - 3 && row[i + n] == row[i]; t += 2) ++n;
