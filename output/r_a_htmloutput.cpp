@@ -1,14 +1,18 @@
 #include "output/r_a_htmloutput.h"
 
+#include <math.h>
 #include <string.h>
 #include <time.h>
 
+#include <climits>
 #include <cstdint>
 #include <initializer_list>
 
 #include "core/r_ascii.h"
 #include "core/r_numbertext.h"
 #include "core/r_textbuffer.h"
+#include "output/r_a_bitmapsavebmp.h"
+#include "output/r_a_bitmapsavepcx.h"
 #include "output/r_a_pagesink.h"
 #include "page/r_a_parameters.h"
 #include "page/r_a_setup.h"
@@ -48,9 +52,71 @@ const int anchorUrlSize = 16384;
 const int graphWidthMin = 200;
 const int graphWidthMax = 1000;
 
-const int bitmapFontHeight = 10;
-const int bitmapDoubledFontHeight = 18;
-const int bitmapCharWidth = 8;
+// Colour indices of the graph palette below.
+enum Color {
+  colorBackground = 0, colorAxis = 1, colorRefMain = 2, colorRefOther = 3,
+  colorRasterSmall = 4, colorRasterBig = 5, colorBand = 7, colorDataPrimary = 8,
+  colorDataSecondary = 9, colorTarget = 10, colorDataBackground = 13,
+  colorAnalysisBackground = 14, colorDataNames = 15,
+};
+
+const int solid = R_A_BitmapDraw::_solid;
+
+// drawText's colour by font code; codes outside the table draw in the
+// background colour.
+const int textColors[] = {colorAxis,   colorAxis,     colorDataNames, colorDataNames, colorRefMain,
+                          colorRefOther, colorRefMain, colorRefOther, colorTarget};
+const int textColorCount = sizeof(textColors) / sizeof(textColors[0]);
+
+// fillArea's colour by area code; -1 fills nothing.
+const int areaColors[] = {colorBackground, colorDataBackground, colorAnalysisBackground,
+                          colorDataBackground, colorDataBackground};
+const int areaColorCount = sizeof(areaColors) / sizeof(areaColors[0]);
+
+// drawRasterLine by kind.
+struct RasterStyle {
+  int color;
+  int pattern;
+};
+const RasterStyle rasterStyles[] = {
+    {colorAxis, solid}, {colorAxis, solid}, {colorRasterBig, 0x7777}, {colorRasterSmall, 0xCCCC}};
+const int rasterStyleCount = sizeof(rasterStyles) / sizeof(rasterStyles[0]);
+
+const int dataLinePen = 2;
+const double arrowHalfAngle = 3.14159265358979323846 / 6;
+
+int dataColor(int series) { return series == 0 ? colorDataPrimary : colorDataSecondary; }
+
+// A position worked out beyond the int range is held at its end; it lies
+// off every canvas either way.
+int toPixel(int64_t v) {
+  return v < INT_MIN ? INT_MIN : v > INT_MAX ? INT_MAX : static_cast<int>(v);
+}
+// Truncated towards 0.
+int toPixel(double v) {
+  return v <= INT_MIN ? INT_MIN : v >= INT_MAX ? INT_MAX : static_cast<int>(v);
+}
+
+// How far an aligned text or its box is moved back: 1 by all of `size`, 2
+// by half of it, anything else not at all.
+int64_t alignShift(int align, int size) { return align == 1 ? size : align == 2 ? size / 2 : 0; }
+
+// Distances along one axis from p to the nearest and the farthest pixel of
+// 0 to size - 1.
+double nearestOnAxis(double p, int size) { return p < 0 ? -p : p > size - 1 ? p - (size - 1) : 0; }
+double farthestOnAxis(double p, int size) { return fabs(p) > fabs(size - 1 - p) ? fabs(p) : fabs(size - 1 - p); }
+
+// Narrows the radii from..to of circles around (x, y) to those that can
+// touch a width x height canvas. A circle of radius n (a polygon of 16
+// sides) keeps between 0.98 n - 3 and n + 1 pixels from its centre, so only
+// radii from `near` - 1 to (`far` + 3) / 0.98 can; a margin is added to both.
+void limitToCanvas(int x, int y, int width, int height, int64_t* from, int64_t* to) {
+  const double nx = nearestOnAxis(x, width), ny = nearestOnAxis(y, height);
+  const double fx = farthestOnAxis(x, width), fy = farthestOnAxis(y, height);
+  const double nearest = sqrt(nx * nx + ny * ny) - 2, reach = (sqrt(fx * fx + fy * fy) + 4) / 0.98;
+  if (nearest > *from) *from = static_cast<int64_t>(nearest);
+  if (reach < *to) *to = static_cast<int64_t>(reach);
+}
 
 // The pieces of page text, one per template.
 enum Piece {
@@ -422,32 +488,60 @@ void R_A_HTMLOutput::makeGraphFileName() {
 }
 
 void R_A_HTMLOutput::beginGraph(int, const char* title, int width, int height) {
-  setClip(0, 0, width - 1, height - 1);
-  // A bitmap graph gets its canvas of width x height here, once the canvas
-  // is wired in; until then it draws nowhere.
+  setClip(0, 0, toPixel(static_cast<int64_t>(width) - 1), toPixel(static_cast<int64_t>(height) - 1));
+  if (isBitmap()) {
+    VECTORDRAW.reset();
+    BITMAPDRAW.reset(new R_A_BitmapDraw(width, height));
+    return;
+  }
   if (format != formatWMF) return;
+  BITMAPDRAW.reset();
   makeGraphFileName();
-  // The vector file is opened on graphPath here, once it is wired in.
+  VECTORDRAW.reset(new R_A_VectorDraw(graphPath.get(), width, height));
+  // The metafile counts its colours from 0 rather than by palette index.
+  for (int row = 0; row < paletteRows; row++) {
+    const char* name = getPaletteColorName(row);
+    if (name != nullptr) VECTORDRAW->setColorName(row, name);
+  }
+  VECTORDRAW->setBigFontHeight(setup.getInt(S::intVectorBigFontHeight,
+                                            R_A_VectorDraw::_defaultBigFontHeight));
   emitPiece(graph, title, graphUrl.get());
 }
 
-void R_A_HTMLOutput::endGraph(int, const char* /*title*/) {
+void R_A_HTMLOutput::endGraph(int, const char* title) {
   makeGraphFileName();
-  // A bitmap graph is saved on graphPath with the palette and placed in the
-  // page with its title here, once the canvas is wired in; without a canvas
-  // there is nothing to save and nothing to place.
+  if (BITMAPDRAW != nullptr) {
+    // A canvas that cannot be saved leaves no file; the page still shows
+    // where the graph belongs.
+    saveBitmap();
+    BITMAPDRAW.reset();
+    emitPiece(graph, title, graphUrl.get());
+  }
+  VECTORDRAW.reset();  // completes the metafile
   sink.graphDone(graphPath.get(), graphUrl.get());
 }
 
+void R_A_HTMLOutput::saveBitmap() {
+  R_A_BitmapSaveBMP bmp;
+  R_A_BitmapSavePCX pcx;
+  R_A_BitmapSave& writer = format == formatPCX ? static_cast<R_A_BitmapSave&>(pcx) : bmp;
+  for (int row = 0; row < paletteRows; row++) {
+    const char* name = getPaletteColorName(row);
+    if (name != nullptr) writer.setColorName(getPaletteIndex(row), name);
+  }
+  BITMAPDRAW->save(graphPath.get(), writer);
+}
+
+bool R_A_HTMLOutput::isDoubled() const { return setup.getInt(S::intGraphBitmapTextDouble, 0) != 0; }
+
 int R_A_HTMLOutput::getFontHeight(int) {
-  if (!isBitmap()) return 0;
-  return setup.getInt(S::intGraphBitmapTextDouble, 0) != 0 ? bitmapDoubledFontHeight
-                                                           : bitmapFontHeight;
+  if (isBitmap()) return R_A_BitmapDraw::getFontHeight(isDoubled());
+  return format == formatWMF ? R_A_VectorDraw::getFontHeight(isDoubled()) : 0;
 }
 
 int R_A_HTMLOutput::getTextWidth(int, const char* text) {
-  if (!isBitmap() || text == nullptr) return 0;
-  return bitmapCharWidth * static_cast<int>(strlen(text));
+  if (isBitmap()) return R_A_BitmapDraw::getTextWidth(text);
+  return format == formatWMF ? R_A_VectorDraw::getTextWidth(text) : 0;
 }
 
 void R_A_HTMLOutput::setClip(int x1, int y1, int x2, int y2) {
@@ -455,17 +549,135 @@ void R_A_HTMLOutput::setClip(int x1, int y1, int x2, int y2) {
   clipXMax = x1 < x2 ? x2 : x1;
   clipYMin = y1 < y2 ? y1 : y2;
   clipYMax = y1 < y2 ? y2 : y1;
+  if (VECTORDRAW != nullptr) VECTORDRAW->setClip(clipXMin, clipYMin, clipXMax, clipYMax);
 }
 
-// ---- Drawing: no effect until the canvas and the vector file are wired in.
+// ---- Drawing
 
-void R_A_HTMLOutput::drawText(int, int, int, int, int, const char*) {}
-void R_A_HTMLOutput::fillArea(int, int, int, int, int, int) {}
-void R_A_HTMLOutput::frameArea(int, int, int, int, int, int) {}
-void R_A_HTMLOutput::drawRasterLine(int, int, int, int, int) {}
-void R_A_HTMLOutput::drawRefLine(int, int, int, int, int) {}
-void R_A_HTMLOutput::drawBand(int, int, int, int, int, int, int) {}
-void R_A_HTMLOutput::drawRangeBar(int, int, int, int) {}
-void R_A_HTMLOutput::drawDataLine(int, int, int, int, int) {}
-void R_A_HTMLOutput::drawDataArrow(int, int, int, int, int) {}
-void R_A_HTMLOutput::drawMark(int, int, int, bool) {}
+void R_A_HTMLOutput::line(int x1, int y1, int x2, int y2, int color, int pattern, int pen) {
+  if (BITMAPDRAW != nullptr) BITMAPDRAW->drawLine(x1, y1, x2, y2, color, pattern, pen);
+  if (VECTORDRAW != nullptr) VECTORDRAW->drawLine(x1, y1, x2, y2, color, pattern, pen);
+}
+
+void R_A_HTMLOutput::solidLine(int x1, int y1, int x2, int y2, int color) {
+  line(x1, y1, x2, y2, color, solid, 1);
+}
+
+void R_A_HTMLOutput::circle(int x, int y, int radius, int color) {
+  if (BITMAPDRAW != nullptr) BITMAPDRAW->drawCircle(x, y, radius, color);
+  if (VECTORDRAW != nullptr) VECTORDRAW->drawCircle(x, y, radius, color);
+}
+
+void R_A_HTMLOutput::drawText(int x, int y, int verticalAlign, int horizontalAlign, int font,
+                              const char* text) {
+  const int color = font >= 0 && font < textColorCount ? textColors[font] : colorBackground;
+  if (VECTORDRAW != nullptr) {
+    // The metafile aligns the text itself.
+    VECTORDRAW->drawText(x, y, verticalAlign, horizontalAlign, color, text);
+    return;
+  }
+  if (BITMAPDRAW == nullptr) return;
+  const int left = toPixel(x - alignShift(horizontalAlign, getTextWidth(font, text)));
+  const int top = toPixel(y - alignShift(verticalAlign, getFontHeight(font)));
+  BITMAPDRAW->drawString(left, top, color, isDoubled(), colorBackground, text);
+}
+
+void R_A_HTMLOutput::fillArea(int x1, int y1, int x2, int y2, int area, int) {
+  if (area < 0 || area >= areaColorCount) return;
+  if (BITMAPDRAW != nullptr) BITMAPDRAW->fillRect(x1, y1, x2, y2, areaColors[area]);
+  if (VECTORDRAW != nullptr) VECTORDRAW->fillRect(x1, y1, x2, y2, areaColors[area]);
+}
+
+void R_A_HTMLOutput::frameArea(int x1, int y1, int x2, int y2, int area, int) {
+  if (area == 0) return;
+  // Each line leaves out its end point, which the next one begins with.
+  solidLine(x1, y1, x2, y1, colorAxis);
+  solidLine(x2, y1, x2, y2, colorAxis);
+  solidLine(x2, y2, x1, y2, colorAxis);
+  solidLine(x1, y2, x1, y1, colorAxis);
+}
+
+void R_A_HTMLOutput::drawRasterLine(int x1, int y1, int x2, int y2, int kind) {
+  if (kind < 0 || kind >= rasterStyleCount) return;
+  line(x1, y1, x2, y2, rasterStyles[kind].color, rasterStyles[kind].pattern, 1);
+}
+
+void R_A_HTMLOutput::drawRefLine(int x1, int y1, int x2, int y2, int kind) {
+  solidLine(x1, y1, x2, y2, kind == 0 ? colorRefMain : colorRefOther);
+}
+
+// Only the columns inside both the clip and the canvas are worked out, so a
+// band of any length costs at most the canvas's width. A metafile draws no
+// lines, so it gets none.
+void R_A_HTMLOutput::drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int) {
+  if (BITMAPDRAW == nullptr) return;
+  const bool swap = x2 < x1;
+  const int64_t left = swap ? x2 : x1, right = swap ? x1 : x2;
+  const double aLeft = swap ? yA2 : yA1, aRight = swap ? yA1 : yA2;
+  const double bLeft = swap ? yB2 : yB1, bRight = swap ? yB1 : yB2;
+  int64_t first = left > clipXMin ? left : clipXMin;
+  if (first < 0) first = 0;
+  int64_t last = right - 1 < clipXMax ? right - 1 : clipXMax;
+  if (last > BITMAPDRAW->getWidth() - 1) last = BITMAPDRAW->getWidth() - 1;
+  const double span = static_cast<double>(right - left);
+  const auto yAt = [&](double yLeft, double yRight, int64_t x) {
+    double y = floor(yLeft + (yRight - yLeft) * static_cast<double>(x - left) / span + 0.5);
+    return static_cast<int>(y < clipYMin ? clipYMin : y > clipYMax ? clipYMax : y);
+  };
+  for (int64_t x = first; x <= last; x++) {
+    line(static_cast<int>(x), yAt(aLeft, aRight, x), static_cast<int>(x), yAt(bLeft, bRight, x),
+         colorBand, solid, 1);
+  }
+}
+
+// The vertical of style 1 (a single target, given as y1 = y2) reaches h
+// beyond y2 on each side; for two different values one of its ends is y1
+// and the other still h beyond y2.
+void R_A_HTMLOutput::drawRangeBar(int x, int y1, int y2, int style) {
+  const int64_t h = static_cast<int64_t>(getWidthMetric(3)) * 3 / 8;
+  const int left = toPixel(x - h), right = toPixel(x + h);
+  solidLine(left, y1, right, y1, colorTarget);
+  solidLine(left, y2, right, y2, colorTarget);
+  if (style != 1) {
+    solidLine(x, y1, x, y2, colorTarget);
+    return;
+  }
+  const int yLow = y1 < y2 ? y1 : toPixel(y2 - h);
+  const int yHigh = y1 > y2 ? y1 : toPixel(y2 + h);
+  solidLine(x, yHigh, x, yLow, colorTarget);
+}
+
+void R_A_HTMLOutput::drawDataLine(int x1, int y1, int x2, int y2, int series) {
+  line(x1, y1, x2, y2, dataColor(series), solid, dataLinePen);
+}
+
+// The head strokes start at the tip, so the tip is drawn although the
+// shaft leaves out its end point.
+void R_A_HTMLOutput::drawDataArrow(int x1, int y1, int x2, int y2, int series) {
+  const double length = setup.getInt(S::intGraphArrowWidth, 10);
+  const double angle = atan2(static_cast<double>(y1) - y2, static_cast<double>(x1) - x2);
+  const int color = dataColor(series);
+  solidLine(x1, y1, x2, y2, color);
+  for (double side : {arrowHalfAngle, -arrowHalfAngle}) {
+    solidLine(x2, y2, toPixel(x2 + length * cos(angle + side)),
+              toPixel(y2 + length * sin(angle + side)), color);
+  }
+}
+
+void R_A_HTMLOutput::drawMark(int x, int y, int series, bool small) {
+  const int size = small ? setup.getInt(S::intGraphSmallMarkWidth, 5)
+                         : setup.getInt(S::intGraphMarkWidth, 8);
+  const int r = size / 2;
+  const int color = dataColor(series);
+  if (BITMAPDRAW != nullptr && !BITMAPDRAW->isEmpty()) {
+    // Only the clearing circles that can reach the canvas are drawn.
+    int64_t from = 2, to = static_cast<int64_t>(r) - 2;
+    limitToCanvas(x, y, BITMAPDRAW->getWidth(), BITMAPDRAW->getHeight(), &from, &to);
+    for (int64_t radius = from; radius <= to; radius++) {
+      circle(x, y, static_cast<int>(radius), colorBackground);
+    }
+  }
+  solidLine(toPixel(static_cast<int64_t>(x) - r), y, toPixel(static_cast<int64_t>(x) + r), y, color);
+  solidLine(x, toPixel(static_cast<int64_t>(y) - r), x, toPixel(static_cast<int64_t>(y) + r), color);
+  circle(x, y, r, color);
+}

@@ -12,14 +12,20 @@
 // One output lives for one report text. It refers to the setup, the sink and
 // the parameters without owning them; they must outlive it. Not copyable.
 //
-// Graphs: the text side (file names, placing a graph in the page, the sink's
-// graphDone, the palette's names, the text measures) is here. Drawing is not
-// wired yet: no canvas and no vector file is made, and the drawing operations
-// have no effect.
+// Graphs: "bmp" and "pcx" are drawn on a canvas of 16 colours that endGraph
+// saves in that format and places in the page; "wmf" opens a metafile at
+// beginGraph and places it at once. Any other graph-extension gives no file
+// and no page text, and its drawing calls, like all drawing outside
+// beginGraph and endGraph, have no effect. A graph file that cannot be
+// written is missing, yet the page still gets its text.
 #ifndef OUTPUT_R_A_HTMLOUTPUT_H
 #define OUTPUT_R_A_HTMLOUTPUT_H
 
+#include <memory>
+
 #include "core/r_string.h"
+#include "output/r_a_bitmapdraw.h"
+#include "output/r_a_vectordraw.h"
 #include "output/r_outputinterface.h"
 
 class R_A_PageSink;
@@ -31,6 +37,7 @@ class R_A_HTMLOutput : public R_OutputInterface {
   // Reads `graph-extension` (default "bmp") once: only "bmp", "pcx" and "wmf",
   // compared exactly, lead to graph files.
   R_A_HTMLOutput(const R_A_Setup& setup, R_A_PageSink& sink, const R_A_Parameters& parameters);
+  // Destroys a graph still open: a canvas unsaved, a metafile completed.
   ~R_A_HTMLOutput() override;
 
   // Prefixes of graph file paths and of their URLs, and of image sources.
@@ -88,33 +95,59 @@ class R_A_HTMLOutput : public R_OutputInterface {
   const char* getDateFormat() override;
   const char* getSDAppend(int kind) override;  // the same text for every kind
 
-  // Sets the clip to the whole graph. A "wmf" graph takes its file name and
-  // is placed in the page at once.
+  // Sets the clip to the whole graph and opens its surface: a canvas of
+  // width x height for "bmp" and "pcx"; for "wmf" a metafile under a fresh
+  // file name, given the palette and vector-big-font-height, and placed in the
+  // page at once. Requires: no graph open (an open one would be dropped).
   void beginGraph(int kind, const char* title, int width, int height) override;
-  // Takes a file name and tells the sink graphDone(path, url) for every
-  // extension; for "wmf" that is a fresh name, not the one beginGraph placed. A bitmap graph would be saved and placed here; without a
-  // canvas there is nothing to save and nothing is placed.
+  // Takes a file name; a canvas is saved there with the palette, destroyed
+  // and placed in the page with `title`; a metafile is completed. Then the
+  // sink hears graphDone(path, url) for every extension; for "wmf" that is a
+  // fresh name, not the one beginGraph placed.
   void endGraph(int kind, const char* title) override;
-  // Bitmap graphs ("bmp", "pcx"): the font is 10 pixels high, 18 when
-  // `graph-bitmap-text-double` is not 0, and 8 pixels wide a byte either way.
-  // Other extensions measure 0.
+  // Bitmap graphs ("bmp", "pcx") measure in the canvas's font cells, doubled
+  // when `graph-bitmap-text-double` is not 0; metafiles measure 0, and so
+  // does any other extension.
   int getFontHeight(int font) override;
   int getTextWidth(int font, const char* text) override;
 
-  // Drawing has no effect until the canvas and the vector file are wired in.
+  // The drawing operations below draw on the open surface and do nothing
+  // when there is none. Colours are the palette's indices.
+  //
+  // Alignment 1 puts the text's right (bottom) edge at x (y), 2 its middle,
+  // anything else its left (top) edge; the colour comes from `font`.
   void drawText(int x, int y, int verticalAlign, int horizontalAlign, int font,
                 const char* text) override;
+  // Area 0 in the background colour, 1, 3, 4 in the data background, 2 in
+  // the analysis background; other areas are not filled.
   void fillArea(int x1, int y1, int x2, int y2, int area, int index) override;
+  // Every area but 0 gets a frame in the axis colour.
   void frameArea(int x1, int y1, int x2, int y2, int area, int index) override;
+  // Kinds 0 and 1 solid in the axis colour, 2 dashed 0x7777 in the big
+  // raster colour, 3 dashed 0xCCCC in the small one; others draw nothing.
   void drawRasterLine(int x1, int y1, int x2, int y2, int kind) override;
   void drawRefLine(int x1, int y1, int x2, int y2, int kind) override;
+  // One vertical line a column from the left end up to, not including, the
+  // right end, between the two lines rounded half up; limited to the clip.
   void drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int kind) override;
-  // Stores the bounds, smaller first; only bands will honour them.
+  // Stores the bounds, smaller first; only bands honour them on a canvas.
   void setClip(int x1, int y1, int x2, int y2) override;
+  // Style 1 stretches a one-sided bar by 3/8 of graph-target-width, as a
+  // single target is drawn: see the source for the exact ends.
   void drawRangeBar(int x, int y1, int y2, int style) override;
+  // A pen of 2 pixels; series 0 primary, any other secondary.
   void drawDataLine(int x1, int y1, int x2, int y2, int series) override;
+  // Shaft and a head of graph-arrow-width at (x2, y2), 30 degrees each side.
   void drawDataArrow(int x1, int y1, int x2, int y2, int series) override;
+  // A circle of half the mark width (graph-small-mark-width or
+  // graph-mark-width) with a horizontal and a vertical stroke across it, its
+  // inside cleared to the background first.
   void drawMark(int x, int y, int series, bool small) override;
+
+  // The open canvas or metafile, or null; for looking at a graph before
+  // endGraph takes it away.
+  const R_A_BitmapDraw* getBitmapDraw() const { return BITMAPDRAW.get(); }
+  const R_A_VectorDraw* getVectorDraw() const { return VECTORDRAW.get(); }
 
   // The colours of a graph, row by row: a bitmap takes the colour named for
   // row r under getPaletteIndex(r) (index 6 is never set), a vector file
@@ -145,9 +178,20 @@ class R_A_HTMLOutput : public R_OutputInterface {
   bool isBitmap() const { return format == formatBMP || format == formatPCX; }
   // Takes the next graph file name into graphPath and graphUrl.
   void makeGraphFileName();
+  bool isDoubled() const;
+  // Saves the canvas on graphPath in the graph's format with the palette.
+  void saveBitmap();
+  // One primitive on whichever surface is open.
+  void line(int x1, int y1, int x2, int y2, int color, int pattern, int pen);
+  void solidLine(int x1, int y1, int x2, int y2, int color);
+  void circle(int x, int y, int radius, int color);
 
   const R_A_Setup& setup;
   const R_A_Parameters& parameters;
+  // The surface of the open graph; at most one of them, and only between
+  // beginGraph and endGraph.
+  std::unique_ptr<R_A_BitmapDraw> BITMAPDRAW;
+  std::unique_ptr<R_A_VectorDraw> VECTORDRAW;
   GraphFormat format;
   R_String extension;  // graph-extension as the constructor found it
   int clipXMin, clipXMax, clipYMin, clipYMax;

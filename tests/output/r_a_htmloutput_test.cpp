@@ -1,11 +1,17 @@
 #include "output/r_a_htmloutput.h"
 
+#include <dirent.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "tests/output/canvas_dump.h"
 #include "tests/support/page_fakes.h"
+#include "tests/support/test_files.h"
 
 namespace {
 
@@ -185,7 +191,8 @@ long long fixedClock() { return 1700000000; }  // 1700000000 % 12071 = 4857
 TEST_F(HTMLOutputTest, GraphFilesAreNamedByRandomClockAndRunningNumber) {
   R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
   const struct { const char* extension; const char* text; const char* events; } rows[] = {
-      {"bmp", "", "graph /g/842748571.bmp u/842748571.bmp|graph /g/842748572.bmp u/842748572.bmp"},
+      {"bmp", "<center><p><i>Height</i><br><img src=\"u/842748572.bmp\"></img></p></center>",
+       "graph /g/842748571.bmp u/842748571.bmp|graph /g/842748572.bmp u/842748572.bmp"},
       {"gif", "", "graph /g/842748573.gif u/842748573.gif|graph /g/842748574.gif u/842748574.gif"},
       {"wmf", "<center><p><i>Height</i><br><img src=\"u/842748576.wmf\"></img></p></center>",
        "graph /g/842748575.wmf u/842748575.wmf|graph /g/842748577.wmf u/842748577.wmf"},
@@ -239,6 +246,284 @@ TEST_F(HTMLOutputTest, PaletteNamesEachIndexFromTheSetup) {
   EXPECT_EQ(text,
             "0=white 1=black 2=navy 3=lightslateblue 4=darkgreen 5=red 7=grey86 8=black "
             "9=grey11 10=blue 13=white 14=grey96 15=black ");
+}
+
+// ---- Drawing
+
+// The names in a directory with the first two bytes of each in hexadecimal,
+// "name:xxxx " each, in name order.
+std::string filesIn(const std::string& path) {
+  std::vector<std::string> names;
+  if (DIR* dir = opendir(path.c_str())) {
+    while (dirent* entry = readdir(dir)) {
+      if (entry->d_name[0] != '.') names.push_back(entry->d_name);
+    }
+    closedir(dir);
+  }
+  std::sort(names.begin(), names.end());
+  std::string text;
+  for (const std::string& name : names) {
+    char hex[8];
+    const std::string head = readFile(path + "/" + name).substr(0, 2) + std::string(2, '\0');
+    snprintf(hex, sizeof hex, "%02x%02x", head[0] & 255, head[1] & 255);
+    text += name + ":" + hex + " ";
+  }
+  return text;
+}
+
+std::string replaceAll(std::string text, const std::string& from, const std::string& to) {
+  for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+// A bitmap is saved and placed at endGraph, a metafile placed at beginGraph
+// and completed at endGraph or when the output goes; graphDone for all.
+// Names: 40000 % 31573 = 8427, 1700000000 % 12071 = 4857, then the number.
+TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
+  const std::string placed = "<center><p><i>T</i><br><img src=\"u/84274857";
+  const struct Row {
+    const char* extension;
+    const char* subdirectory;
+    bool closed;
+    std::string text, events, files;
+  } rows[] = {
+      {"bmp", "", true, placed + "1.bmp\"></img></p></center>",
+       "graph D/842748571.bmp u/842748571.bmp", "842748571.bmp:424d "},
+      {"pcx", "", true, placed + "1.pcx\"></img></p></center>",
+       "graph D/842748571.pcx u/842748571.pcx", "842748571.pcx:0a05 "},
+      {"wmf", "", true, placed + "1.wmf\"></img></p></center>",
+       "graph D/842748572.wmf u/842748572.wmf", "842748571.wmf:d7cd "},
+      {"gif", "", true, "", "graph D/842748571.gif u/842748571.gif", ""},
+      {"bmp", "missing/", true, placed + "1.bmp\"></img></p></center>",
+       "graph D/missing/842748571.bmp u/842748571.bmp", ""},
+      {"bmp", "", false, "", "", ""},
+      {"wmf", "", false, placed + "1.wmf\"></img></p></center>", "", "842748571.wmf:d7cd "},
+  };
+  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.extension) + " " + row.subdirectory + (row.closed ? "" : " open"));
+    R_A_HTMLOutput::resetProcessState();
+    TempDir dir;
+    Page page;
+    page.setup.setStr(S::strGraphExtension, row.extension);
+    page.out().setGraphDirs((dir.path() + "/" + row.subdirectory).c_str(), "u/");
+    page.out().beginGraph(0, "T", 4, 2);
+    page.out().fillArea(0, 0, 3, 1, 1, 0);
+    page.out().drawText(0, 0, 1, 2, 0, "a");
+    if (row.closed) page.out().endGraph(0, "T");
+    page.output.reset();
+    std::string events;
+    for (const std::string& event : page.sink.events()) events += event;
+    EXPECT_EQ(page.sink.text(), row.text);
+    EXPECT_EQ(replaceAll(events, dir.path() + "/", "D/"), row.events);
+    EXPECT_EQ(filesIn(dir.path()), row.files);
+  }
+}
+
+// The metafile gets vector-big-font-height and one alignment record (3 + 1
+// words) for each text; lines, areas and marks add nothing.
+TEST_F(HTMLOutputTest, MetafileKeepsItsFontHeightAndRecordsOnlyTextAlignment) {
+  TempDir dir;
+  Page page;
+  page.setup.setStr(S::strGraphExtension, "wmf");
+  page.setup.setInt(S::intVectorBigFontHeight, 20);
+  page.out().setGraphDirs((dir.path() + "/").c_str(), "");
+  page.out().beginGraph(0, "", 30, 20);
+  const R_A_VectorDraw* vector = page.out().getVectorDraw();
+  ASSERT_NE(vector, nullptr);
+  EXPECT_EQ(vector->getBigFontHeight(), 20);
+  const uint32_t size = vector->getCreator().getSize();
+  page.out().fillArea(0, 0, 5, 5, 1, 0);
+  page.out().drawMark(5, 5, 0, false);
+  page.out().drawBand(0, 1, 2, 9, 3, 4, 0);
+  page.out().drawText(1, 1, 1, 2, 0, "ab");
+  page.out().drawText(1, 1, 0, 0, 3, "");
+  EXPECT_EQ(vector->getCreator().getSize(), size + 8);
+  EXPECT_EQ(page.out().getBitmapDraw(), nullptr);
+  EXPECT_EQ(page.out().getFontHeight(0), 0);
+}
+
+// Palette lines as the decoder prints them: 16 times rrggbb. Key 40 names a
+// colour that must not reach index 6; an unknown name leaves black.
+TEST_F(HTMLOutputTest, SavedPaletteComesFromTheSetupNamesOrTheirDefaults) {
+  const struct { bool named; std::string palette; } rows[] = {
+      {false, "ffffff000000483d8b8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
+              "fffffff5f5f5000000"},
+      {true, "ffffff102030000000" "8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
+             "fffffff5f5f5000080"},
+  };
+  const std::string decoder = "/usr/bin/python3 " + testData("output/decode_image.py");
+  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.named);
+    for (const char* extension : {"pcx", "bmp"}) {
+      R_A_HTMLOutput::resetProcessState();
+      TempDir dir;
+      Page page;
+      page.setup.setStr(S::strGraphExtension, extension);
+      if (row.named) {
+        page.setup.setStr(S::strGraphColorAxis, "#102030");
+        page.setup.setStr(S::strGraphColorRefdataMain, "nosuchcolour");
+        page.setup.setStr(S::strGraphColorUnused, "red");
+        page.setup.setStr(S::strGraphColorDataNames, "Navy");
+      }
+      page.out().setGraphDirs((dir.path() + "/").c_str(), "");
+      page.out().beginGraph(0, "", 4, 1);
+      page.out().endGraph(0, "");
+      const std::string path = dir.file("842748571." + std::string(extension));
+      if (extension[0] == 'p') {
+        int status = -1;
+        EXPECT_EQ(runCommand(decoder + " pcx " + path, &status), row.palette + "\n....\n");
+        EXPECT_EQ(status, 0);
+        continue;
+      }
+      // The head of a BMP holds the palette as blue, green, red, 0.
+      std::string bgr0;
+      for (size_t i = 0; i < row.palette.size(); i += 6) {
+        for (size_t c : {4, 2, 0}) bgr0 += static_cast<char>(std::stoi(row.palette.substr(i + c, 2), nullptr, 16));
+        bgr0 += '\0';
+      }
+      std::string head = readFile(path);
+      head.resize(118);
+      EXPECT_EQ(head.substr(54), bgr0);
+    }
+  }
+}
+
+struct DrawRow {
+  const char* label;
+  int width, height;
+  std::function<void(R_A_HTMLOutput&)> draw;
+  const char* dump;
+};
+
+// Whole canvases drawn by hand. graph-target-width 8 makes the range bar's
+// h = 8 * 3 / 8 = 3; graph-arrow-width is 4.
+TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
+  const DrawRow rows[] = {
+      {"areas: 0 background, 1 3 4 data, 2 analysis, others none", 6, 2,
+       [](R_A_HTMLOutput& o) {
+         o.fillArea(0, 0, 5, 1, 2, 0);
+         const int areas[] = {1, 3, 4, 0, 5, -1};  // one column each
+         for (int x = 0; x < 6; x++) o.fillArea(x, 0, x, 1, areas[x], 0);
+       },
+       "ddd.ee\nddd.ee\n"},
+      {"frames for every area but 0", 5, 4,
+       [](R_A_HTMLOutput& o) { o.frameArea(0, 0, 4, 3, 3, 0); o.frameArea(1, 1, 3, 2, 0, 0); },
+       "11111\n1...1\n1...1\n11111\n"},
+      // Dot n of 17 is drawn when bit n % 16 is set: 0x7777 leaves out
+      // n = 3, 7, 11, 15; 0xCCCC draws n = 2, 3, 6, 7, 10, 11, 14, 15.
+      {"raster kinds 0 to 3, then 4 and -1 draw nothing", 17, 6,
+       [](R_A_HTMLOutput& o) { for (int k = -1; k <= 4; k++) o.drawRasterLine(0, k + 1, 17, k + 1, k); },
+       ".................\n11111111111111111\n11111111111111111\n"
+       "55.555.555.555.55\n.44..44..44..44..\n.................\n"},
+      {"reference lines: kind 0 main, others secondary", 4, 3,
+       [](R_A_HTMLOutput& o) { for (int k : {0, 1, 5}) o.drawRefLine(0, k % 4, 4, k % 4, k); },
+       "2222\n3333\n....\n"},
+      {"data lines with a pen of 2", 6, 6,
+       [](R_A_HTMLOutput& o) { o.drawDataLine(0, 1, 4, 1, 0); o.drawDataLine(0, 4, 4, 4, 1); },
+       "......\n88888.\n88888.\n......\n99999.\n99999.\n"},
+      // a = atan2(0, -8) = 180 degrees; at 210 and 150 degrees the head
+      // points are 8 - 3.46 = 4.54 -> 4 and 4 -/+ 2: (4, 2), (4, 6). The
+      // strokes from the tip step x by -1, y every second step.
+      {"arrow to the right", 10, 7, [](R_A_HTMLOutput& o) { o.drawDataArrow(0, 4, 8, 4, 0); },
+       "..........\n..........\n..........\n.....88...\n888888888.\n.....88...\n..........\n"},
+      // a = 0: points 3.46 -> 3 and 4 +/- 2; the strokes from (0, 4) to
+      // (3, 6) and (3, 2) step y after the first pixel.
+      {"arrow to the left, secondary", 10, 7, [](R_A_HTMLOutput& o) { o.drawDataArrow(8, 4, 0, 4, 1); },
+       "..........\n..........\n..........\n.99.......\n999999999.\n.99.......\n..........\n"},
+      // Style 1, y1 = y2 = 5: from y2 + h = 8 up to y2 - h = 2.
+      {"range bar of one target", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 5, 5, 1); },
+       ".........\n.........\n.........\n....a....\n....a....\n.aaaaaa..\n"
+       "....a....\n....a....\n....a....\n.........\n.........\n"},
+      // Style 1, y1 < y2: from y2 + h = 10 up to y1 = 2.
+      {"range bar style 1, y1 above", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 1); },
+       ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
+       "....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"},
+      // Style 1, y1 > y2: from y1 = 7 up to y2 - h = -1.
+      {"range bar style 1, y1 below", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 7, 2, 1); },
+       "....a....\n....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"
+       "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
+      {"range bar style 0: from y1 to y2", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 0); },
+       ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
+       "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
+      // Ends given right to left: x -1 to 9, A from 0 to 5 (y = (x + 1) / 2,
+      // so 2.5 at x = 4 rounds up to 3), B from 10 to 0 (y = 9 - x). Clip x 1
+      // to 6, y 1 to 6; each column from A towards B without B's end.
+      {"band clipped at every edge", 8, 8,
+       [](R_A_HTMLOutput& o) { o.setClip(6, 1, 1, 6); o.drawBand(9, 5, 0, -1, 0, 10, 0); },
+       "........\n.7......\n.777....\n.77777..\n.7777.7.\n.777....\n........\n........\n"},
+      {"no surface after endGraph", 4, 1,
+       [](R_A_HTMLOutput& o) {
+         o.endGraph(0, "");
+         o.fillArea(0, 0, 3, 0, 1, 0);
+         o.drawMark(1, 1, 0, false);
+         o.drawText(0, 0, 0, 0, 0, "x");
+         o.beginGraph(0, "", 4, 1);
+       },
+       "....\n"},
+  };
+  for (const DrawRow& row : rows) {
+    SCOPED_TRACE(row.label);
+    TempDir dir;
+    Page page;
+    page.setup.setInt(S::intGraphTargetWidth, 8);
+    page.setup.setInt(S::intGraphArrowWidth, 4);
+    page.out().setGraphDirs((dir.path() + "/").c_str(), "");
+    page.out().beginGraph(0, "", row.width, row.height);
+    row.draw(page.out());
+    ASSERT_NE(page.out().getBitmapDraw(), nullptr);
+    EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), row.dump);
+  }
+}
+
+// Marks and text on an analysis background, against the canvas's own
+// primitives placed by hand: a mark of width 8 has r = 4, is cleared with a
+// circle of radius 2 and crossed from -4 to 4; graph-small-mark-width 7 gives
+// r = 3 and no clearing circle (radii 2 to 1).
+TEST_F(HTMLOutputTest, MarksAreClearedCrossedAndCircled) {
+  Page page;
+  page.setup.setInt(S::intGraphSmallMarkWidth, 7);
+  page.out().beginGraph(0, "", 24, 12);
+  page.out().fillArea(0, 0, 23, 11, 2, 0);
+  page.out().drawMark(6, 6, 0, false);
+  page.out().drawMark(17, 6, 1, true);
+  R_A_BitmapDraw expected(24, 12);
+  expected.fillRect(0, 0, 23, 11, 14);
+  expected.drawCircle(6, 6, 2, 0);
+  expected.drawLine(2, 6, 10, 6, 8, R_A_BitmapDraw::_solid, 1);
+  expected.drawLine(6, 2, 6, 10, 8, R_A_BitmapDraw::_solid, 1);
+  expected.drawCircle(6, 6, 4, 8);
+  expected.drawLine(14, 6, 20, 6, 9, R_A_BitmapDraw::_solid, 1);
+  expected.drawLine(17, 3, 17, 9, 9, R_A_BitmapDraw::_solid, 1);
+  expected.drawCircle(17, 6, 3, 9);
+  EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), dumpCanvas(expected));
+}
+
+// Text of 2 bytes is 16 wide and 10 high (18 doubled); alignment 1 moves
+// back by the whole size, 2 by half of it.
+TEST_F(HTMLOutputTest, TextIsAlignedAndColouredByFont) {
+  const struct { int doubled, vertical, horizontal, font, left, top, color; } rows[] = {
+      {0, 0, 0, 0, 20, 20, 1},  {0, 1, 1, 1, 4, 10, 1},   {0, 2, 2, 2, 12, 15, 15},
+      {0, 3, -1, 3, 20, 20, 15}, {0, 1, 0, 4, 20, 10, 2}, {0, 0, 2, 5, 12, 20, 3},
+      {0, 0, 0, 6, 20, 20, 2},  {0, 0, 0, 7, 20, 20, 3},  {0, 0, 0, 8, 20, 20, 10},
+      {0, 0, 0, 9, 20, 20, 0},  {0, 0, 0, -1, 20, 20, 0}, {1, 1, 0, 0, 20, 2, 1},
+      {1, 2, 0, 8, 20, 11, 10},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << "doubled " << row.doubled << " font " << row.font);
+    Page page;
+    page.setup.setInt(S::intGraphBitmapTextDouble, row.doubled);
+    page.out().beginGraph(0, "", 40, 40);
+    page.out().fillArea(0, 0, 39, 39, 2, 0);
+    page.out().drawText(20, 20, row.vertical, row.horizontal, row.font, "ab");
+    R_A_BitmapDraw expected(40, 40);
+    expected.fillRect(0, 0, 39, 39, 14);
+    expected.drawString(row.left, row.top, row.color, row.doubled != 0, 0, "ab");
+    EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), dumpCanvas(expected));
+  }
 }
 
 }  // namespace
