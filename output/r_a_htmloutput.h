@@ -149,12 +149,8 @@ class R_A_HTMLOutput : public R_OutputInterface {
   const R_A_BitmapDraw* getBitmapDraw() const { return BITMAPDRAW.get(); }
   const R_A_VectorDraw* getVectorDraw() const { return VECTORDRAW.get(); }
 
-  // The colours of a graph, row by row: a bitmap takes the colour named for
-  // row r under getPaletteIndex(r) (index 6 is never set), a vector file
-  // under r itself. Requires: 0 <= row < paletteRows.
+  // The number of colours a graph's palette takes from the setup.
   static const int paletteRows = 13;
-  static int getPaletteIndex(int row);
-  const char* getPaletteColorName(int row) const;
 
   // Where graph file names take their digits from: by default a generator
   // with the C library's portable rand() sequence (0 to 32767, seed 1) and
@@ -176,6 +172,11 @@ class R_A_HTMLOutput : public R_OutputInterface {
   void put(char ch);
   void putText(const char* text);
   bool isBitmap() const { return format == formatBMP || format == formatPCX; }
+  // The colours of a graph, row by row: a bitmap takes the colour named for
+  // row r under getPaletteIndex(r) (index 6 is never set), a vector file
+  // under r itself. Requires: 0 <= row < paletteRows.
+  static int getPaletteIndex(int row);
+  const char* getPaletteColorName(int row) const;
   // Takes the next graph file name into graphPath and graphUrl.
   void makeGraphFileName();
   bool isDoubled() const;
