@@ -630,9 +630,9 @@ void R_A_HTMLOutput::drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2
   }
 }
 
-// The vertical of style 1 (a single target, given as y1 = y2) reaches h
-// beyond y2 on each side; for two different values one of its ends is y1
-// and the other still h beyond y2.
+// Style 1: the end of the vertical below y2 (larger y) is y1 only when y1
+// lies below y2, else y2 + h; the end above is y1 only when y1 lies above,
+// else y2 - h.
 void R_A_HTMLOutput::drawRangeBar(int x, int y1, int y2, int style) {
   const int64_t h = static_cast<int64_t>(getWidthMetric(3)) * 3 / 8;
   const int left = toPixel(x - h), right = toPixel(x + h);

@@ -129,11 +129,14 @@ class R_A_HTMLOutput : public R_OutputInterface {
   void drawRefLine(int x1, int y1, int x2, int y2, int kind) override;
   // One vertical line a column from the left end up to, not including, the
   // right end, between the two lines rounded half up; limited to the clip.
+  // `kind` plays no part.
   void drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int kind) override;
   // Stores the bounds, smaller first; only bands honour them on a canvas.
   void setClip(int x1, int y1, int x2, int y2) override;
-  // Style 1 stretches a one-sided bar by 3/8 of graph-target-width, as a
-  // single target is drawn: see the source for the exact ends.
+  // Rules from x - h to x + h at y1 and y2, h = 3/8 of graph-target-width,
+  // and a vertical from y1 to y2. Style 1 (a single target, y1 = y2) runs the
+  // vertical from y2 + h to y2 - h instead; for y1 != y2 it still takes the
+  // end on y2's side h beyond y2, the other end at y1 (an oddity kept).
   void drawRangeBar(int x, int y1, int y2, int style) override;
   // A pen of 2 pixels; series 0 primary, any other secondary.
   void drawDataLine(int x1, int y1, int x2, int y2, int series) override;
