@@ -68,7 +68,7 @@ const int textColors[] = {colorAxis,   colorAxis,     colorDataNames, colorDataN
                           colorRefOther, colorRefMain, colorRefOther, colorTarget};
 const int textColorCount = sizeof(textColors) / sizeof(textColors[0]);
 
-// fillArea's colour by area code; -1 fills nothing.
+// fillArea's colour by area code; codes outside the table fill nothing.
 const int areaColors[] = {colorBackground, colorDataBackground, colorAnalysisBackground,
                           colorDataBackground, colorDataBackground};
 const int areaColorCount = sizeof(areaColors) / sizeof(areaColors[0]);
@@ -104,7 +104,9 @@ int64_t alignShift(int align, int size) { return align == 1 ? size : align == 2 
 // Distances along one axis from p to the nearest and the farthest pixel of
 // 0 to size - 1.
 double nearestOnAxis(double p, int size) { return p < 0 ? -p : p > size - 1 ? p - (size - 1) : 0; }
-double farthestOnAxis(double p, int size) { return fabs(p) > fabs(size - 1 - p) ? fabs(p) : fabs(size - 1 - p); }
+double farthestOnAxis(double p, int size) {
+  return fabs(p) > fabs(size - 1 - p) ? fabs(p) : fabs(size - 1 - p);
+}
 
 // Narrows the radii from..to of circles around (x, y) to those that can
 // touch a width x height canvas. A circle of radius n (a polygon of 16
@@ -488,7 +490,8 @@ void R_A_HTMLOutput::makeGraphFileName() {
 }
 
 void R_A_HTMLOutput::beginGraph(int, const char* title, int width, int height) {
-  setClip(0, 0, toPixel(static_cast<int64_t>(width) - 1), toPixel(static_cast<int64_t>(height) - 1));
+  setClip(0, 0, toPixel(static_cast<int64_t>(width) - 1),
+          toPixel(static_cast<int64_t>(height) - 1));
   if (isBitmap()) {
     VECTORDRAW.reset();
     BITMAPDRAW.reset(new R_A_BitmapDraw(width, height));
@@ -677,7 +680,8 @@ void R_A_HTMLOutput::drawMark(int x, int y, int series, bool small) {
       circle(x, y, static_cast<int>(radius), colorBackground);
     }
   }
-  solidLine(toPixel(static_cast<int64_t>(x) - r), y, toPixel(static_cast<int64_t>(x) + r), y, color);
-  solidLine(x, toPixel(static_cast<int64_t>(y) - r), x, toPixel(static_cast<int64_t>(y) + r), color);
+  const int64_t x64 = x, y64 = y;
+  solidLine(toPixel(x64 - r), y, toPixel(x64 + r), y, color);
+  solidLine(x, toPixel(y64 - r), x, toPixel(y64 + r), color);
   circle(x, y, r, color);
 }

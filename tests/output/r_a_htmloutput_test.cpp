@@ -374,7 +374,9 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
       // Dot n of 17 is drawn when bit n % 16 is set: 0x7777 leaves out
       // n = 3, 7, 11, 15; 0xCCCC draws n = 2, 3, 6, 7, 10, 11, 14, 15.
       {"raster kinds 0 to 3, then 4 and -1 draw nothing", 17, 6,
-       [](R_A_HTMLOutput& o) { for (int k = -1; k <= 4; k++) o.drawRasterLine(0, k + 1, 17, k + 1, k); },
+       [](R_A_HTMLOutput& o) {
+         for (int k = -1; k <= 4; k++) o.drawRasterLine(0, k + 1, 17, k + 1, k);
+       },
        ".................\n11111111111111111\n11111111111111111\n"
        "55.555.555.555.55\n.44..44..44..44..\n.................\n"},
       {"reference lines: kind 0 main, others secondary", 4, 3,
@@ -390,7 +392,8 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
        "..........\n..........\n..........\n.....88...\n888888888.\n.....88...\n..........\n"},
       // a = 0: points 3.46 -> 3 and 4 +/- 2; the strokes from (0, 4) to
       // (3, 6) and (3, 2) step y after the first pixel.
-      {"arrow to the left, secondary", 10, 7, [](R_A_HTMLOutput& o) { o.drawDataArrow(8, 4, 0, 4, 1); },
+      {"arrow to the left, secondary", 10, 7,
+       [](R_A_HTMLOutput& o) { o.drawDataArrow(8, 4, 0, 4, 1); },
        "..........\n..........\n..........\n.99.......\n999999999.\n.99.......\n..........\n"},
       // Style 1, y1 = y2 = 5: from y2 + h = 8 up to y2 - h = 2.
       {"range bar of one target", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 5, 5, 1); },
@@ -404,7 +407,8 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
       {"range bar style 1, y1 below", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 7, 2, 1); },
        "....a....\n....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"
        "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
-      {"range bar style 0: from y1 to y2", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 0); },
+      {"range bar style 0: from y1 to y2", 9, 11,
+       [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 0); },
        ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
        "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
       // Ends given right to left: x -1 to 9, A from 0 to 5 (y = (x + 1) / 2,
