@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/r_fileinputstream.h"
-#include "core/r_fileoutputstream.h"
+#include "core/r_safefile.h"
 #include "core/r_typecodes.h"
 #include "document/r_supertext.h"
 #include "knowledge/r_knowledgexml.h"
@@ -13,7 +13,7 @@
 #include "knowledge/r_reference.h"
 #include "knowledge/r_variable.h"
 #include "xml/r_xmlparser.h"
-#include "xml/r_xmltextoutputfile.h"
+#include "xml/r_xmltextoutputstream.h"
 
 namespace {
 
@@ -297,7 +297,7 @@ bool R_File::hasValidIndices() const {
 bool R_File::saveBinary(const char* filename) const {
   assert(is_ok);
   if (!filename || !*filename) return false;
-  R_FileOutputStream stream(filename);
+  R_SafeFile stream(filename);
   if (!stream.isOK()) return false;
   stream.put(R_TypeFile);
   statistics.save(stream);
@@ -305,13 +305,15 @@ bool R_File::saveBinary(const char* filename) const {
   for (int i = 0; i < getVarCount(); ++i) variables[i]->save(stream);
   for (int i = 0; i < getRefCount(); ++i) references[i]->save(stream);
   for (int i = 0; i < getTextCount(); ++i) texts[i]->save(stream);
-  return stream.close();
+  return stream.commit();
 }
 
 bool R_File::saveXML(const char* filename) const {
   assert(is_ok);
-  R_XMLTextOutputFile output(filename);
-  if (!output.isOK()) return false;
+  if (!filename || !*filename) return false;
+  R_SafeFile file(filename);
+  if (!file.isOK()) return false;
+  R_XMLTextOutputStream output(file);
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE quorl SYSTEM \"quorl.dtd\"");
   R_openElement(output, "quorl");
@@ -323,5 +325,5 @@ bool R_File::saveXML(const char* filename) const {
   saveElements(output, "ref", references, getRefCount(), statistics);
   saveElements(output, "text", texts, getTextCount(), statistics);
   output.closeTag("quorl");
-  return output.isOK();
+  return file.commit();
 }

@@ -8,40 +8,19 @@
 
 #include "core/r_ascii.h"
 #include "core/r_fileinputstream.h"
-#include "core/r_fileoutputstream.h"
 #include "core/r_integer.h"
+#include "core/r_safefile.h"
 #include "core/r_typecodes.h"
 #include "proband/r_a_security.h"
 #include "proband/r_a_simpledbplainreader.h"
 #include "proband/r_proband.h"
 #include "xml/r_xmlparser.h"
-#include "xml/r_xmltextoutput.h"
+#include "xml/r_xmltextoutputstream.h"
 
 namespace {
 
 const int kRecordBaseSize = 256;
 const char* const kRecordPath = "p_database:p_record";
-const char* const kTemporarySuffix = ".tmp";
-
-// XML text into a file stream whose close tells whether every byte reached
-// the file, which a save must know before it replaces the old file.
-class XMLFileWriter : public R_XMLTextOutput {
- public:
-  explicit XMLFileWriter(const char* target) : stream(target) {}
-  bool isOK() const { return stream.isOK(); }
-  bool close() { return stream.close(); }
-
- protected:
-  void newLine() override { stream.put('\n'); }
-  void indent(int count) override {
-    for (int i = 0; i < count; ++i) stream.put(' ');
-  }
-  void putRaw(char c) override { stream.put(static_cast<unsigned char>(c)); }
-
- private:
-  R_FileOutputStream stream;
-};
-
 }  // namespace
 
 R_A_SimpleDB::R_A_SimpleDB(R_A_Security* security_policy, const R_File* file, const char* file_path, bool binary_form,
@@ -249,36 +228,27 @@ bool R_A_SimpleDB::save(int) { return saveAs(path.get(), binary); }
 
 bool R_A_SimpleDB::saveAs(const char* target, bool as_binary) const {
   if (!target || !*target) return false;
-  std::string temporary = std::string(target) + kTemporarySuffix;
-  bool saved = as_binary ? saveBinary(temporary.c_str()) : saveXML(temporary.c_str());
-  if (saved && rename(temporary.c_str(), target) != 0) {
-    remove(temporary.c_str());
-    saved = false;
-  }
-  return saved;
+  R_SafeFile file(target);
+  if (!file.isOK()) return false;
+  if (as_binary)
+    saveBinary(file);
+  else
+    saveXML(file);
+  return file.commit();
 }
 
-bool R_A_SimpleDB::saveBinary(const char* target) const {
-  R_FileOutputStream stream(target);
-  if (!stream.isOK()) return false;
+void R_A_SimpleDB::saveBinary(R_OutputStream& stream) const {
   stream.put(R_TypeSimpleDB);
   R_Integer(getN()).save(stream);
   for (int i = 0; i < getN(); ++i) record(i)->save(stream);
-  if (stream.close()) return true;
-  remove(target);
-  return false;
 }
 
-bool R_A_SimpleDB::saveXML(const char* target) const {
-  XMLFileWriter output(target);
-  if (!output.isOK()) return false;
+void R_A_SimpleDB::saveXML(R_OutputStream& stream) const {
+  R_XMLTextOutputStream output(stream);
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE p_database SYSTEM \"proband.dtd\"");
   output.openTag("p_database");
   output.endOpenTag();
   for (int i = 0; i < getN(); ++i) record(i)->saveXML(output);
   output.closeTag("p_database");
-  if (output.close()) return true;
-  remove(target);
-  return false;
 }

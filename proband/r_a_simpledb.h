@@ -5,10 +5,8 @@
 //
 // A file that cannot be opened gives an empty database without a message.
 // A load that breaks in the middle keeps the records read so far; the XML
-// road tells the reporter why, the binary road tells nobody. save() writes a
-// temporary file beside the target and puts it in place only when it was
-// written and closed without error, so a failed save leaves the old file as
-// it was.
+// road tells the reporter why, the binary road tells nobody. save() writes
+// through R_SafeFile, so a failed save leaves the old file as it was.
 //
 // Owns its records; borrows the security object, the R_File (which must
 // outlive the database, since every proband holds it) and the reporter.
@@ -24,6 +22,7 @@
 #include "xml/r_xmlrecipient.h"
 
 class R_File;
+class R_OutputStream;
 class R_XMLErrorReporter;
 
 class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
@@ -48,8 +47,7 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   R_Proband* getProband(int index) const override;
   bool save(int index) override;
   // Writes the whole database to `target` in the binary or the XML form,
-  // through a temporary file beside it that replaces `target` only once it
-  // was written completely; a failed save leaves `target` as it was.
+  // through R_SafeFile: a failed save leaves `target` as it was.
   bool saveAs(const char* target, bool as_binary) const;
   int findByName(const char* name) const override;
 
@@ -73,8 +71,8 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   bool readPlain(const char* file_path);
   void admitArrivals();
   R_A_SimpleDBRecord* record(int index) const { return records.get(index); }
-  bool saveBinary(const char* target) const;
-  bool saveXML(const char* target) const;
+  void saveBinary(R_OutputStream& stream) const;
+  void saveXML(R_OutputStream& stream) const;
 
   R_SortedFieldTemplate<R_A_SimpleDBRecord> records;
   // Records read during a load; they enter `records` together at its end.

