@@ -99,6 +99,7 @@ bool namesVariables(const R_XYVar& xyref, int var_count) {
 
 R_File::R_File()
     : is_ok(false),
+      read_whole(false),
       variables(nullptr),
       references(nullptr),
       texts(nullptr),
@@ -185,6 +186,7 @@ bool R_File::loadXML(const char* filename, R_XMLErrorReporter* load_reporter) {
   if (is_ok) checkAgeVariable(parser);
   if (!is_ok) parser.report("Error while processing file.");
   reporter = nullptr;
+  read_whole = is_ok;
   if (is_ok) finish();
   return is_ok;
 }
@@ -272,6 +274,7 @@ bool R_File::loadBinary(const char* filename) {
                                       [&](R_Reference& reference, int) { reference.load(stream, ok); });
   texts = readArray<R_SuperText>(getTextCount(), ok, [&](R_SuperText& text, int) { text.load(stream, ok); });
   if (!stream.isOK() || !hasValidIndices()) is_ok = false;
+  read_whole = is_ok && stream.readByte() < 0;
   if (is_ok) finish();
   return is_ok;
 }

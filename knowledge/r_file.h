@@ -41,6 +41,10 @@ class R_File : public R_XMLRecipient {
   bool saveBinary(const char* filename) const;
 
   bool isOK() const { return is_ok; }
+  // Whether the last load took the whole file: isOK(), and in the binary form
+  // no bytes stand after the last text. The loads themselves ignore such
+  // bytes; a caller about to write the file again asks here.
+  bool isReadWhole() const { return read_whole; }
 
   // The queries below require isOK().
   int getVarCount() const { return statistics.getVarCount(); }
@@ -83,6 +87,7 @@ class R_File : public R_XMLRecipient {
   int findReferenceOf(int sex, const Age& age, const R_XYVar& xyref) const;
 
   bool is_ok;
+  bool read_whole;
   R_FileStatistics statistics;
   R_Variable** variables;     // owned, getVarCount() long, null while none
   R_Reference** references;   // owned, getRefCount() long, null while none

@@ -29,6 +29,7 @@ R_A_SimpleDB::R_A_SimpleDB(R_A_Security* security_policy, const R_File* file, co
       records(kRecordBaseSize),
       path(file_path),
       binary(binary_form),
+      read_whole(false),
       F(file),
       reporter(error_reporter) {
   open();
@@ -42,10 +43,7 @@ void R_A_SimpleDB::open() {
   FILE* probe = path.isEmpty() ? nullptr : fopen(path.get(), "r");
   if (!probe) return;
   fclose(probe);
-  if (binary)
-    loadBinary();
-  else
-    parseXML(path.get(), true);
+  read_whole = binary ? loadBinary() : parseXML(path.get(), true);
 }
 
 // Records read from a file enter the table together: a stable sort of the
@@ -55,18 +53,24 @@ void R_A_SimpleDB::open() {
 //
 // A file that the database saved is in order already, which one pass
 // tells, and then the sort is skipped.
-void R_A_SimpleDB::admitArrivals() {
+bool R_A_SimpleDB::admitArrivals() {
   auto precedes = [](const R_A_SimpleDBRecord* a, const R_A_SimpleDBRecord* b) { return *a < *b; };
   if (!std::is_sorted(arrivals.begin(), arrivals.end(), precedes))
     std::stable_sort(arrivals.begin(), arrivals.end(), precedes);
-  for (R_A_SimpleDBRecord* item : arrivals)
-    if (records.addOrdered(item) < 0) delete item;
+  bool all_taken = true;
+  for (R_A_SimpleDBRecord* item : arrivals) {
+    if (records.addOrdered(item) >= 0) continue;
+    delete item;
+    all_taken = false;
+  }
   arrivals.clear();
+  return all_taken;
 }
 
 // The record in which the stream fails is kept with what it got, as an
-// empty record at worst, which sorts first.
-void R_A_SimpleDB::loadBinary() {
+// empty record at worst, which sorts first. Bytes after the last record
+// are not read, but they make the file one that was not read whole.
+bool R_A_SimpleDB::loadBinary() {
   R_FileInputStream* stream = new R_FileInputStream(path.get());
   bool ok = stream->isOK() && stream->checkType(R_TypeSimpleDB);
   R_Integer count(*stream, &ok);
@@ -75,29 +79,31 @@ void R_A_SimpleDB::loadBinary() {
     item->load(*stream, &ok);
     arrivals.push_back(item);
   }
+  bool whole = ok && count.get() >= 0 && stream->readByte() < 0;
   delete stream;
-  admitArrivals();
+  return admitArrivals() && whole;
 }
 
 // A file goes the plain road first; when that gives up, its records are gone
 // and the general road reads the file from its start, with every message it
 // gives.
 bool R_A_SimpleDB::parseXML(const char* source, bool from_file) {
-  if (from_file && readPlain(source)) return true;
+  bool all_taken = true;
+  if (from_file && readPlain(source, &all_taken)) return all_taken;
   R_XMLParser parser(R_XMLParser::captureSize, reporter);
   setTagCount(1);
   setTag(0, kRecordPath);
   bool result = from_file ? parser.parseFile(source, this) : parser.parseString(source, this);
   clearTags();
-  admitArrivals();
+  if (!admitArrivals()) result = false;
   if (!result) parser.report("Error while processing database.");
   return result;
 }
 
-bool R_A_SimpleDB::readPlain(const char* file_path) {
+bool R_A_SimpleDB::readPlain(const char* file_path, bool* all_taken) {
   R_A_SimpleDBPlainReader reader(F);
   if (!reader.read(file_path, &arrivals)) return false;
-  admitArrivals();
+  *all_taken = admitArrivals();
   return true;
 }
 

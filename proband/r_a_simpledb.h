@@ -58,18 +58,27 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   // without fault.
   bool loadText(const char* textXML);
   const char* getPath() const { return path.get(); }
+  // Whether the file was read whole when the database was opened: it opened,
+  // every record it holds was read and taken, every byte accounted for, and
+  // nothing was refused. The loads keep their rule of going on with what they
+  // got; this is how a caller that is about to write learns that the rest of
+  // the file would be lost. Records added or removed since do not change it.
+  bool isReadWhole() const { return read_whole; }
   bool isBinary() const { return binary; }
 
   const char* receive(int code, const char* text, const R_XMLParameters& parameters) override;
 
  private:
   void open();
-  void loadBinary();
+  // Both answer whether the file was read whole.
+  bool loadBinary();
   bool parseXML(const char* source, bool from_file);
   // Reads a file in the layout the database writes in one pass (see
   // R_A_SimpleDBPlainReader); false, with nothing added, for any other file.
-  bool readPlain(const char* file_path);
-  void admitArrivals();
+  // `all_taken` tells whether every record read entered the table.
+  bool readPlain(const char* file_path, bool* all_taken);
+  // False when a record could not be taken.
+  bool admitArrivals();
   R_A_SimpleDBRecord* record(int index) const { return records.get(index); }
   void saveBinary(R_OutputStream& stream) const;
   void saveXML(R_OutputStream& stream) const;
@@ -80,6 +89,7 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   R_String empty_text;  // what getText answers for a bad index
   R_String path;
   bool binary;
+  bool read_whole;
   const R_File* F;                 // borrowed
   R_XMLErrorReporter* reporter;    // borrowed, may be null
 };

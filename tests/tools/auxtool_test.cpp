@@ -88,8 +88,40 @@ TEST_F(AuxtoolTest, CheckOfADatabaseWithABadRecordKeepsTheRestAndExitsWith1) {
                 "data error closing block </proband>: wrong proband data\n"
                 "Error while processing database record.\n"
                 "(3) data error closing block </p_record>: error while reading record\n"
-                "(5) Error while processing database.\n" +
+                "(5) Error while processing database.\n"
+                "Database file " + database + " was not read whole; records read: 1\n" +
                 "database " + database + ": 1 probands\n",
+            run.output);
+}
+
+// The binary road stops at the first fault without a word; the tool must
+// not pass what it got for the whole file, nor compute or write from it.
+TEST_F(AuxtoolTest, ABinaryDatabaseCutAtAnyLengthIsRefused) {
+  const std::string whole = readFile(testData("exporter/database.bin"));
+  const std::string cut = dir.file("cut.bin"), out = dir.file("out.xml");
+  for (size_t length = 1; length < whole.size(); ++length) {
+    SCOPED_TRACE(length);
+    writeFile(cut, whole.substr(0, length));
+    ToolRun run = auxtool("check " + kKnowledge + " " + cut);
+    ASSERT_EQ(1, run.exit_code);
+    ASSERT_NE(std::string::npos, run.output.find("Database file " + cut + " was not read whole; records read: "));
+  }
+  writeFile(cut, whole.substr(0, 1000));
+  EXPECT_EQ(1, auxtool("calc " + kKnowledge + " " + cut + " HEIGHT").exit_code);
+  EXPECT_EQ(1, auxtool("convert database " + kKnowledge + " " + cut + " " + out + " --to xml").exit_code);
+  EXPECT_FALSE(fileExists(out));
+  writeFile(cut, whole + "x");
+  EXPECT_EQ(1, auxtool("check " + kKnowledge + " " + cut).exit_code);
+}
+
+TEST_F(AuxtoolTest, TheSampleDatabaseCutTo3000BytesSaysHowManyRecordsItRead) {
+  const std::string cut = dir.file("cut.bin");
+  const std::string knowledge = std::string(AUX_SOURCE_DIR) + "/samples/knowledge.xml";
+  writeFile(cut, readFile(std::string(AUX_SOURCE_DIR) + "/samples/probands.bin").substr(0, 3000));
+  ToolRun run = auxtool("check " + knowledge + " " + cut);
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_EQ("knowledge file " + knowledge + ": 29 variables, 24 references, 0 texts\n" + "Database file " + cut +
+                " was not read whole; records read: 3\n" + "database " + cut + ": 3 probands\n",
             run.output);
 }
 

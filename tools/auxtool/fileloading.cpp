@@ -31,6 +31,10 @@ bool loadKnowledgeFile(R_File& file, const char* path, R_XMLErrorReporter& repor
     reportLine(reporter, std::string("Error reading knowledge file ") + path + (binary ? " as BIN" : " as XML"));
     return false;
   }
+  if (!file.isReadWhole()) {
+    reportLine(reporter, std::string("Knowledge file ") + path + " was not read whole: bytes follow its end");
+    return false;
+  }
   return true;
 }
 
@@ -41,5 +45,9 @@ R_A_SimpleDB* openDatabase(R_File& file, R_A_Security& security, const char* pat
     reportLine(reporter, std::string("File ") + path + " not found");
     return nullptr;
   }
-  return new R_A_SimpleDB(&security, &file, path, binary, &reporter);
+  R_A_SimpleDB* database = new R_A_SimpleDB(&security, &file, path, binary, &reporter);
+  if (!database->isReadWhole())
+    reportLine(reporter, std::string("Database file ") + path + " was not read whole; records read: " +
+                             std::to_string(database->getN()));
+  return database;
 }

@@ -11,7 +11,7 @@ class R_File;
 class R_XMLErrorReporter;
 
 // Loads `path` into `file`; false, with a line for the reporter, when the
-// file is missing or is refused.
+// file is missing, is refused or was not read whole.
 bool loadKnowledgeFile(R_File& file, const char* path, R_XMLErrorReporter& reporter);
 
 // Whether the file at `path` is in the binary form; `exists` tells whether
@@ -21,7 +21,9 @@ bool isBinaryFile(const char* path, bool* exists);
 
 // Opens the database at `path` in its own form. Null, with a line for the
 // reporter, when the file is missing; a database whose load reported lines
-// still comes back, and the reporter's count tells of the refusal.
+// or that was not read whole still comes back, and the reporter's count
+// tells of the refusal: a line says how many records were read, since a
+// binary file cut short reports nothing of its own.
 R_A_SimpleDB* openDatabase(R_File& file, R_A_Security& security, const char* path, R_XMLErrorReporter& reporter);
 
 #endif
