@@ -55,7 +55,7 @@ void syncFolder(const std::string& target) {
 const R_SafeFile::Steps& R_SafeFile::systemSteps() { return kSystemSteps; }
 
 R_SafeFile::R_SafeFile(const char* target_path, const Steps& disk_steps)
-    : steps(disk_steps), target(target_path ? target_path : ""), fd(-1), failed(false), used(0) {
+    : steps(disk_steps), target(target_path ? target_path : ""), fd(-1), failed(false), finished(false), used(0) {
   assert(target_path != nullptr);
   if (!target.empty()) createTemporary();
 }
@@ -92,7 +92,7 @@ void R_SafeFile::drain() {
   used = 0;
 }
 
-bool R_SafeFile::commit() {
+bool R_SafeFile::finish() {
   if (!isOK()) {
     discard();
     return false;
@@ -101,7 +101,18 @@ bool R_SafeFile::commit() {
   bool ok = !failed && steps.sync(fd) == 0;
   if (steps.close(fd) != 0) ok = false;
   fd = -1;
-  if (ok && steps.rename(temporary.c_str(), target.c_str()) == 0) {
+  if (!ok) {
+    failed = true;
+    discard();
+  }
+  finished = ok;
+  return ok;
+}
+
+bool R_SafeFile::commit() {
+  if (!finished && !finish()) return false;
+  finished = false;
+  if (!failed && !temporary.empty() && steps.rename(temporary.c_str(), target.c_str()) == 0) {
     temporary.clear();
     syncFolder(target);
     return true;

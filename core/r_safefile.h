@@ -41,7 +41,7 @@ class R_SafeFile : public R_OutputStream {
   ~R_SafeFile() override;
 
   // The temporary file exists and every step so far worked.
-  bool isOK() const { return fd >= 0 && !failed; }
+  bool isOK() const { return (fd >= 0 || finished) && !failed; }
   // The temporary file's name; empty when none could be created.
   const std::string& getTemporaryPath() const { return temporary; }
 
@@ -51,8 +51,13 @@ class R_SafeFile : public R_OutputStream {
   }
   void write(const char* text);
 
-  // Puts the file in place of the target; false, with the target untouched
-  // and the temporary file gone, when any step failed. Once only.
+  // Writes out, syncs and closes the temporary file, which is then whole
+  // under getTemporaryPath() for a caller that reads it back before the
+  // commit. False, with the temporary file gone, when any step failed.
+  bool finish();
+  // Puts the file in place of the target, finishing it first if needed;
+  // false, with the target untouched and the temporary file gone, when any
+  // step failed. Once only.
   bool commit();
 
  private:
@@ -66,6 +71,7 @@ class R_SafeFile : public R_OutputStream {
   std::string temporary;
   int fd;
   bool failed;
+  bool finished;
   size_t used;
   unsigned char buffer[65536];
 };

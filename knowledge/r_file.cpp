@@ -300,15 +300,10 @@ bool R_File::hasValidIndices() const {
 bool R_File::saveBinary(const char* filename) const {
   assert(is_ok);
   if (!filename || !*filename) return false;
-  R_SafeFile stream(filename);
-  if (!stream.isOK()) return false;
-  stream.put(R_TypeFile);
-  statistics.save(stream);
-  lines.save(stream);
-  for (int i = 0; i < getVarCount(); ++i) variables[i]->save(stream);
-  for (int i = 0; i < getRefCount(); ++i) references[i]->save(stream);
-  for (int i = 0; i < getTextCount(); ++i) texts[i]->save(stream);
-  return stream.commit();
+  R_SafeFile file(filename);
+  if (!file.isOK()) return false;
+  saveBinary(file);
+  return file.commit();
 }
 
 bool R_File::saveXML(const char* filename) const {
@@ -316,17 +311,37 @@ bool R_File::saveXML(const char* filename) const {
   if (!filename || !*filename) return false;
   R_SafeFile file(filename);
   if (!file.isOK()) return false;
-  R_XMLTextOutputStream output(file);
+  saveXML(file);
+  return file.commit();
+}
+
+void R_File::saveBinary(R_OutputStream& stream) const {
+  assert(is_ok);
+  stream.put(R_TypeFile);
+  statistics.save(stream);
+  lines.save(stream);
+  for (int i = 0; i < getVarCount(); ++i) variables[i]->save(stream);
+  for (int i = 0; i < getRefCount(); ++i) references[i]->save(stream);
+  for (int i = 0; i < getTextCount(); ++i) texts[i]->save(stream);
+}
+
+// A file read without line definitions is written without them: empty
+// lists would make a definition that no load takes.
+int R_File::saveXML(R_OutputStream& stream) const {
+  assert(is_ok);
+  R_XMLTextOutputStream output(stream);
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE quorl SYSTEM \"quorl.dtd\"");
   R_openElement(output, "quorl");
   statistics.saveXML(output);
-  R_openElement(output, "graphlines");
-  lines.saveXML(output);
-  output.closeTag("graphlines");
+  if (lines.isComplete()) {
+    R_openElement(output, "graphlines");
+    lines.saveXML(output);
+    output.closeTag("graphlines");
+  }
   saveElements(output, "var", variables, getVarCount(), statistics);
   saveElements(output, "ref", references, getRefCount(), statistics);
   saveElements(output, "text", texts, getTextCount(), statistics);
   output.closeTag("quorl");
-  return file.commit();
+  return output.getRoundedCount();
 }

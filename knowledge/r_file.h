@@ -14,6 +14,7 @@
 
 class R_Interval;
 class R_MeasuredVariables;
+class R_OutputStream;
 class R_Reference;
 class R_SuperText;
 class R_Variable;
@@ -36,9 +37,15 @@ class R_File : public R_XMLRecipient {
   // A file whose counts, indices or blocks are damaged is refused.
   // Requires: nothing loaded yet.
   bool loadBinary(const char* filename);
-  // Require: isOK(). Answer whether the output was in order at the end.
+  // Require: isOK(). Answer whether the file was written and put in place
+  // whole (through R_SafeFile); a failure leaves the old file as it was.
   bool saveXML(const char* filename) const;
   bool saveBinary(const char* filename) const;
+  // The same forms into a stream. The XML form answers how many numbers it
+  // rounded. A file read without line definitions has none in its XML form;
+  // its binary form cannot go without them, and is not read back.
+  int saveXML(R_OutputStream& stream) const;
+  void saveBinary(R_OutputStream& stream) const;
 
   bool isOK() const { return is_ok; }
   // Whether the last load took the whole file: isOK(), and in the binary form

@@ -236,20 +236,17 @@ bool R_A_SimpleDB::saveAs(const char* target, bool as_binary) const {
   if (!target || !*target) return false;
   R_SafeFile file(target);
   if (!file.isOK()) return false;
-  if (as_binary)
-    saveBinary(file);
-  else
-    saveXML(file);
+  saveTo(file, as_binary);
   return file.commit();
 }
 
-void R_A_SimpleDB::saveBinary(R_OutputStream& stream) const {
-  stream.put(R_TypeSimpleDB);
-  R_Integer(getN()).save(stream);
-  for (int i = 0; i < getN(); ++i) record(i)->save(stream);
-}
-
-void R_A_SimpleDB::saveXML(R_OutputStream& stream) const {
+int R_A_SimpleDB::saveTo(R_OutputStream& stream, bool as_binary) const {
+  if (as_binary) {
+    stream.put(R_TypeSimpleDB);
+    R_Integer(getN()).save(stream);
+    for (int i = 0; i < getN(); ++i) record(i)->save(stream);
+    return 0;
+  }
   R_XMLTextOutputStream output(stream);
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE p_database SYSTEM \"proband.dtd\"");
@@ -257,4 +254,5 @@ void R_A_SimpleDB::saveXML(R_OutputStream& stream) const {
   output.endOpenTag();
   for (int i = 0; i < getN(); ++i) record(i)->saveXML(output);
   output.closeTag("p_database");
+  return output.getRoundedCount();
 }

@@ -45,10 +45,15 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   const R_String& getText(int index, int typ) const override;
   void removeRecord(int index) override;
   R_Proband* getProband(int index) const override;
+  // The record at `index`, null for a bad index.
+  const R_A_SimpleDBRecord* getRecord(int index) const { return record(index); }
   bool save(int index) override;
   // Writes the whole database to `target` in the binary or the XML form,
   // through R_SafeFile: a failed save leaves `target` as it was.
   bool saveAs(const char* target, bool as_binary) const;
+  // The whole database in either form into a stream; the XML form answers
+  // how many numbers it rounded.
+  int saveTo(R_OutputStream& stream, bool as_binary) const;
   int findByName(const char* name) const override;
 
   // Deletes every record whose selection flag equals `selected`. No save.
@@ -80,8 +85,7 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   // False when a record could not be taken.
   bool admitArrivals();
   R_A_SimpleDBRecord* record(int index) const { return records.get(index); }
-  void saveBinary(R_OutputStream& stream) const;
-  void saveXML(R_OutputStream& stream) const;
+
 
   R_SortedFieldTemplate<R_A_SimpleDBRecord> records;
   // Records read during a load; they enter `records` together at its end.

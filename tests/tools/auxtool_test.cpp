@@ -2,6 +2,9 @@
 // output and exit code.
 #include <gtest/gtest.h>
 
+#include <dirent.h>
+
+#include <set>
 #include <string>
 
 #include "tests/support/test_files.h"
@@ -23,6 +26,16 @@ ToolRun auxtool(const std::string& arguments, bool with_errors = false) {
 
 const std::string kKnowledge = testData("exporter/knowledge.xml");
 const std::string kDatabase = testData("exporter/database.xml");
+
+// The names in a directory: what a conversion left behind.
+std::set<std::string> namesIn(const std::string& path) {
+  std::set<std::string> names;
+  DIR* handle = opendir(path.c_str());
+  while (dirent* entry = readdir(handle))
+    if (entry->d_name[0] != '.') names.insert(entry->d_name);
+  closedir(handle);
+  return names;
+}
 
 class AuxtoolTest : public ::testing::Test {
  protected:
@@ -171,6 +184,100 @@ TEST_F(AuxtoolTest, AFailedReadWritesNothing) {
   EXPECT_FALSE(fileExists(out));
   EXPECT_EQ(1, auxtool("convert database " + kKnowledge + " " + dir.file("none.xml") + " " + out + " --to bin").exit_code);
   EXPECT_FALSE(fileExists(out));
+}
+
+TEST_F(AuxtoolTest, ConversionsOfDamagedFilesReadBackOrAreRefusedWithNothingWritten) {
+  const std::string knowledge_xml = testData("tools/knowledge-xml-to-bin.xml");
+  const std::string knowledge_bin = testData("tools/knowledge-bin-to-xml.bin");
+  const std::string database_knowledge = testData("tools/database-bin-to-xml.knowledge.bin");
+  const std::string database = testData("tools/database-bin-to-xml.bin");
+  const std::string out = dir.file("out");
+  const struct {
+    std::string arguments;
+    int exit_code;
+    std::string messages;
+  } rows[] = {
+      {"knowledge " + knowledge_xml + " " + out + " --to bin", 1,
+       "the line definitions (graphlines) cannot be written in the binary form: the file has none, and the binary "
+       "form cannot go without them\nNothing written to " + out + "\n"},
+      {"knowledge " + knowledge_xml + " " + out + " --to xml", 0, ""},
+      {"knowledge " + knowledge_bin + " " + out + " --to xml", 1,
+       "variable NESTED cannot be written in XML: it does not read back\n"
+       "data error closing block </compute>: error in condition\nNo valid condition/method pairs found.\n"
+       "Error while processing equation (wrong format or none defined).\n"
+       "data error closing block </method>: variable method load error\nError while processing variable.\n"
+       "Nothing written to " + out + "\n"},
+      {"knowledge " + knowledge_bin + " " + out + " --to bin", 0, ""},
+      {"database " + database_knowledge + " " + database + " " + out + " --to xml", 1,
+       "Database file " + database + " was not read whole; records read: 2\n"},
+      {"database " + database_knowledge + " " + database + " " + out + " --to bin", 1,
+       "Database file " + database + " was not read whole; records read: 2\n"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.arguments);
+    ToolRun run = auxtool("convert " + row.arguments, true);
+    EXPECT_EQ(row.exit_code, run.exit_code);
+    EXPECT_EQ(row.messages, run.output);
+    EXPECT_EQ(row.exit_code == 0 ? std::set<std::string>{"out"} : std::set<std::string>{}, namesIn(dir.path()));
+    if (row.exit_code == 0) {
+      EXPECT_EQ(0, auxtool("check " + out).exit_code);
+    }
+    remove(out.c_str());
+  }
+}
+
+// The XML reader knows no entities: '&' is written as "&amp;" and read back
+// as those five bytes, so such a text cannot go to XML, from either form.
+TEST_F(AuxtoolTest, ATextTheXMLFormCannotGiveBackIsRefusedNamingItsRecord) {
+  const std::string xml = dir.file("db.xml"), bin = dir.file("db.bin");
+  const std::string original =
+      "<p_database><p_record><p_name>Tom & Jerry</p_name><proband><info sex=\"male\"/></proband></p_record>"
+      "</p_database>";
+  writeFile(xml, original);
+  const std::string prefix = "convert database " + kKnowledge + " ";
+  ASSERT_EQ(0, auxtool(prefix + xml + " " + bin + " --to bin").exit_code);
+  for (const std::string& in : {xml, bin}) {
+    SCOPED_TRACE(in);
+    ToolRun run = auxtool(prefix + in + " " + xml + " --to xml", true);
+    EXPECT_EQ(1, run.exit_code);
+    EXPECT_EQ("record 1 (Tom & Jerry) cannot be written in XML: it reads back different\nNothing written to " + xml +
+                  "\n",
+              run.output);
+    EXPECT_EQ(original, readFile(xml));
+  }
+  EXPECT_EQ((std::set<std::string>{"db.bin", "db.xml"}), namesIn(dir.path()));
+}
+
+TEST_F(AuxtoolTest, ConvertOntoItsInputAndSaysHowManyNumbersItRounded) {
+  const std::string db = dir.file("db.xml");
+  writeFile(db,
+            "<p_database><p_record><p_name>A</p_name><proband><info sex=\"male\"/><data>"
+            "<record age=\"5\"><val var=\"HEIGHT\">110.123456</val><val var=\"WEIGHT\">20.5</val></record>"
+            "</data></proband></p_record></p_database>");
+  ToolRun run = auxtool("convert database " + kKnowledge + " " + db + " " + db + " --to xml", true);
+  EXPECT_EQ(0, run.exit_code);
+  EXPECT_EQ(db + ": numbers rounded to six significant digits: 1\n", run.output);
+  EXPECT_NE(std::string::npos, readFile(db).find("110.123\n"));
+  const std::string first = readFile(db);
+  run = auxtool("convert database " + kKnowledge + " " + db + " " + db + " --to xml", true);
+  EXPECT_EQ("", run.output);
+  EXPECT_EQ(first, readFile(db));
+  EXPECT_EQ(std::set<std::string>{"db.xml"}, namesIn(dir.path()));
+}
+
+// Past a file size limit the write fails, is reported, and leaves the old file.
+TEST_F(AuxtoolTest, AWriteStoppedByAFileSizeLimitLeavesTheOldFile) {
+  const std::string out = dir.file("out.xml");
+  writeFile(out, "old");
+  int exit_code = -1;
+  std::string output = runCommand("ulimit -f 8; " + std::string(AUX_BIN_DIR) + "/auxtool convert database " +
+                                      AUX_SOURCE_DIR + "/samples/knowledge.xml " + AUX_SOURCE_DIR +
+                                      "/samples/probands.xml " + out + " --to xml 2>&1",
+                                  &exit_code);
+  EXPECT_EQ(1, exit_code);
+  EXPECT_EQ("Can not write " + out + "\n", output);
+  EXPECT_EQ("old", readFile(out));
+  EXPECT_EQ(std::set<std::string>{"out.xml"}, namesIn(dir.path()));
 }
 
 TEST_F(AuxtoolTest, CalcPrintsOneLinePerVisitAndRepeatsScalars) {

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "core/r_date.h"
-#include "exporter/mysecurity.h"
 #include "formula/r_calcequation.h"
 #include "formula/r_equation.h"
 #include "knowledge/r_file.h"
@@ -168,8 +167,7 @@ int runCalcCommand(int argc, const char* const* argv) {
   if (!loadKnowledgeFile(file, options.knowledge, reporter)) return kExitRefused;
   std::vector<std::unique_ptr<R_Equation>> formulas;
   if (!translateFormulas(options, file, &formulas)) return kExitRefused;
-  MySecurity security;
-  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, security, options.database, reporter));
+  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, options.database, reporter));
   if (!database || reporter.getCount() > 0) return kExitRefused;
   Calculator calculator(file, options, formulas);
   calculator.writeHead();

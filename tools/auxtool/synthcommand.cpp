@@ -5,8 +5,8 @@
 #include <cstring>
 #include <memory>
 
-#include "exporter/mysecurity.h"
 #include "knowledge/r_file.h"
+#include "proband/r_a_opensecurity.h"
 #include "proband/r_a_simpledb.h"
 #include "tools/auxtool/exitcodes.h"
 #include "tools/auxtool/fileloading.h"
@@ -74,7 +74,7 @@ int runSynthCommand(int argc, const char* const* argv) {
   PrintReporter reporter(stderr);
   R_File file;
   if (!loadKnowledgeFile(file, options.knowledge, reporter)) return kExitRefused;
-  MySecurity security;
+  R_A_OpenSecurity security;
   // An empty path opens nothing: the database starts empty and is written
   // to OUT at the end.
   R_A_SimpleDB database(&security, &file, "", options.binary, &reporter);
