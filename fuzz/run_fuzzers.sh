@@ -13,7 +13,8 @@ shift 2
 here=$(cd "$(dirname "$0")" && pwd)
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-  targets=(xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist)
+  targets=(xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist
+    conversion)
 fi
 
 # The longest input per target: the XML forms up to what a capture and a few
@@ -25,6 +26,7 @@ options_for() {
     knowledge_binary | database_binary) echo "-max_len=65536" ;;
     formula) echo "-max_len=4096 -dict=$here/dicts/formula.dict" ;;
     objectlist) echo "-max_len=16384" ;;
+    conversion) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
     *) echo "unknown target $1" >&2; return 1 ;;
   esac
 }

@@ -120,17 +120,17 @@ R_File::~R_File() {
   delete followed_vars;
 }
 
-R_Variable* R_File::getVariable(int index) const {
+const R_Variable* R_File::getVariable(int index) const {
   assert(index >= 0 && index < getVarCount() && variables);
   return variables[index];
 }
 
-R_Reference* R_File::getReference(int index) const {
+const R_Reference* R_File::getReference(int index) const {
   assert(index >= 0 && index < getRefCount() && references);
   return references[index];
 }
 
-R_SuperText* R_File::getText(int index) const {
+const R_SuperText* R_File::getText(int index) const {
   assert(index >= 0 && index < getTextCount() && texts);
   return texts[index];
 }
@@ -143,7 +143,7 @@ int R_File::findText(const char* id) const {
   return -1;
 }
 
-R_Variable* R_File::getAgeVariable() const {
+const R_Variable* R_File::getAgeVariable() const {
   assert(var_age_index >= 0);
   return variables[var_age_index];
 }

@@ -57,14 +57,15 @@ class R_File : public R_XMLRecipient {
   int getVarCount() const { return statistics.getVarCount(); }
   int getRefCount() const { return statistics.getRefCount(); }
   int getTextCount() const { return statistics.getTextCount(); }
-  // Require: index in 0 to count-1.
-  R_Variable* getVariable(int index) const;
-  R_Reference* getReference(int index) const;
-  R_SuperText* getText(int index) const;
+  // Require: index in 0 to count-1. Read-only, as the whole file is once
+  // loaded: every proband and computation shares these objects.
+  const R_Variable* getVariable(int index) const;
+  const R_Reference* getReference(int index) const;
+  const R_SuperText* getText(int index) const;
   // Index of the first text with exactly this identifier; -1 if none.
   int findText(const char* id) const;
   // Requires: getAgeIndex() >= 0.
-  R_Variable* getAgeVariable() const;
+  const R_Variable* getAgeVariable() const;
   // The first variable of type age; -1 if there is none.
   int getAgeIndex() const { return var_age_index; }
   const R_MeasuredVariables* getAnamnesticVars() const { return anamnestic_vars; }

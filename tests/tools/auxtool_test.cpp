@@ -52,7 +52,6 @@ TEST_F(AuxtoolTest, UsageErrorsExitWith2AndHelpWith0) {
   EXPECT_EQ(2, auxtool("convert knowledge a b").exit_code);
   EXPECT_EQ(2, auxtool("convert knowledge a b --to pdf").exit_code);
   EXPECT_EQ(2, auxtool("calc k d").exit_code);
-  EXPECT_EQ(2, auxtool("calc k d HEIGHT --today 31.2.2020").exit_code);
   ToolRun help = auxtool("--help");
   EXPECT_EQ(0, help.exit_code);
   EXPECT_NE(std::string::npos, help.output.find("auxtool calc KNOWLEDGE DATABASE FORMULA..."));
@@ -303,15 +302,68 @@ TEST_F(AuxtoolTest, CalcQuotesTextsThatHoldTheSeparator) {
   EXPECT_NE(std::string::npos, run.output.find("\nSample One\t\t\t180.5\n")) << run.output;
 }
 
-TEST_F(AuxtoolTest, AFormulaThatDoesNotTranslateEndsTheRunBeforeAnyOutput) {
-  ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT HEIGHTX:SD", true);
-  EXPECT_EQ(1, run.exit_code);
-  EXPECT_EQ("Formula HEIGHTX:SD does not translate\n", run.output);
-  run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT:FOO", true);
-  EXPECT_EQ("Formula HEIGHT:FOO does not translate\n", run.output);
-  run = auxtool("calc " + kKnowledge + " " + dir.file("none.xml") + " HEIGHT", true);
+TEST_F(AuxtoolTest, AFormulaThatDoesNotTranslateEndsTheRunBeforeAnyOutputSayingWhy) {
+  std::string many = "HEIGHT";  // and 26 more references: one too many
+  for (int i = 1; i <= 26; ++i) many += "+HEIGHT:ABOVE[" + std::to_string(i) + "]";
+  const struct {
+    std::string formula;
+    std::string reason;
+  } rows[] = {
+      {"HEIGHTX:SD", "HEIGHTX names no variable, keyword or function"},
+      {"HEIGHT:FOO", "FOO is no method (in HEIGHT:FOO)"},
+      {"(HEIGHT", "the parentheses do not pair up"},
+      {"HEIGHT;2", "the character ';' has no meaning here"},
+      {"HEIGHT:ABOVE[2", "a bracket in HEIGHT:ABOVE[2 is not closed"},
+      {many, "a formula holds at most 26 different variable references"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.formula);
+    ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT '" + row.formula + "'", true);
+    EXPECT_EQ(1, run.exit_code);
+    EXPECT_EQ("Formula " + row.formula + " does not translate: " + row.reason + "\n", run.output);
+  }
+  ToolRun run = auxtool("calc " + kKnowledge + " " + dir.file("none.xml") + " HEIGHT", true);
   EXPECT_EQ(1, run.exit_code);
   EXPECT_EQ("File " + dir.file("none.xml") + " not found\n", run.output);
+}
+
+TEST_F(AuxtoolTest, ABadOptionValueIsNamedInOneLine) {
+  const struct {
+    std::string option;
+    std::string message;
+  } rows[] = {
+      {"--today 31.2.2020", "--today takes a date D.M.YYYY from 1.1.1900 to 31.12.2100, not \"31.2.2020\""},
+      {"--today", "--today takes a date D.M.YYYY from 1.1.1900 to 31.12.2100, not nothing"},
+      {"--sep .", "--sep takes \"tab\" or one character other than a digit, '.', '-', '\"' or a line end, not \".\""},
+      {"--sep -", "--sep takes \"tab\" or one character other than a digit, '.', '-', '\"' or a line end, not \"-\""},
+      {"--sep 7", "--sep takes \"tab\" or one character other than a digit, '.', '-', '\"' or a line end, not \"7\""},
+      {"--sep ';;'", "--sep takes \"tab\" or one character other than a digit, '.', '-', '\"' or a line end, not \";;\""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.option);
+    ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " HEIGHT " + row.option, true);
+    EXPECT_EQ(2, run.exit_code);
+    EXPECT_EQ("auxtool calc: " + row.message + "\n", run.output);
+  }
+  int exit_code = 0;
+  runCommand("nl=$(printf '\\nx'); " + std::string(AUX_BIN_DIR) + "/auxtool calc " + kKnowledge + " " + kDatabase +
+                 " HEIGHT --sep \"${nl%x}\" 2>/dev/null",
+             &exit_code);
+  EXPECT_EQ(2, exit_code);
+}
+
+TEST_F(AuxtoolTest, CalcPrintsResultsThatAreNotFiniteAsEmptyAndReportsAFailedWrite) {
+  ToolRun run = auxtool("calc " + kKnowledge + " " + kDatabase + " '1E308*10' '(0-8)^(1/3)' 2 --today 1.1.2020");
+  EXPECT_EQ(0, run.exit_code);
+  EXPECT_EQ("name,visit,age,1E308*10,(0-8)^(1/3),2\nalpha,,,,,2\nBeta,,,,,2\nEmpty,,,,,2\nSample One,,,,,2\n"
+            "\xC8" "ech,,,,,2\n",
+            run.output);
+  int exit_code = 0;
+  std::string output = runCommand(std::string(AUX_BIN_DIR) + "/auxtool calc " + kKnowledge + " " + kDatabase +
+                                      " HEIGHT 2>&1 >/dev/full",
+                                  &exit_code);
+  EXPECT_EQ(1, exit_code);
+  EXPECT_EQ("auxtool calc: can not write the output\n", output);
 }
 
 TEST_F(AuxtoolTest, SynthIsDeterministicAndItsDatabasesLoad) {
@@ -324,4 +376,8 @@ TEST_F(AuxtoolTest, SynthIsDeterministicAndItsDatabasesLoad) {
   EXPECT_EQ(0, run.exit_code);
   EXPECT_NE(std::string::npos, run.output.find(": 50 probands\n"));
   EXPECT_EQ(2, auxtool("synth " + kKnowledge + " -5 " + a).exit_code);
+  run = auxtool("synth " + kKnowledge + " 1000001 " + a, true);
+  EXPECT_EQ(2, run.exit_code);
+  EXPECT_EQ(0u, run.output.find("auxtool synth: N is a count from 0 to 1000000 (about 2 KB of memory each), not "
+                                "\"1000001\"\n"));
 }
