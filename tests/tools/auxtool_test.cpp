@@ -207,6 +207,11 @@ TEST_F(AuxtoolTest, ConversionsOfDamagedFilesReadBackOrAreRefusedWithNothingWrit
        "data error closing block </method>: variable method load error\nError while processing variable.\n"
        "Nothing written to " + out + "\n"},
       {"knowledge " + knowledge_bin + " " + out + " --to bin", 0, ""},
+      // Found by the conversion fuzz target: the binary load takes any identifier.
+      {"knowledge " + testData("tools/knowledge-bad-identifier.bin") + " " + out + " --to xml", 1,
+       "the file information or a variable identifier cannot be written in XML: it does not read back\n"
+       "data error closing block </id>: variable code is wrong\nError while making file statistics\n"
+       "Nothing written to " + out + "\n"},
       {"database " + database_knowledge + " " + database + " " + out + " --to xml", 1,
        "Database file " + database + " was not read whole; records read: 2\n"},
       {"database " + database_knowledge + " " + database + " " + out + " --to bin", 1,

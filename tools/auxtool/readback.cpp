@@ -9,6 +9,7 @@
 #include "core/r_safefile.h"
 #include "document/r_supertext.h"
 #include "knowledge/r_file.h"
+#include "knowledge/r_knowledgexml.h"
 #include "knowledge/r_reference.h"
 #include "knowledge/r_variable.h"
 #include "proband/r_a_simpledb.h"
@@ -93,6 +94,21 @@ Piece::Reload reloadOf(LoadBinary loadBinary, LoadXML loadXML, SaveXML saveXML) 
   };
 }
 
+// The file information with every identifier as the XML form spells them:
+// what the first pass of an XML load reads.
+void saveNamesXML(const R_FileStatistics& names, R_XMLTextOutput& output) {
+  R_openElement(output, "quorl");
+  names.saveXML(output);
+  for (int i = 0; i < names.getVarCount(); ++i) {
+    R_openElement(output, "var");
+    R_writeTextElement(output, "id", names.getVarName(i));
+    output.closeTag("var");
+  }
+  output.closeTag("quorl");
+}
+
+// The pieces of a knowledge file, in file order. Their reloads borrow the
+// file's names: they may be called while the file lives.
 std::vector<Piece> knowledgePieces(const R_File& file) {
   const R_FileStatistics& names = file.getStatistics();
   auto saveWithNames = [&names](const auto& object, R_XMLTextOutput& output) { object.saveXML(output, names); };
@@ -102,8 +118,11 @@ std::vector<Piece> knowledgePieces(const R_File& file) {
   auto loadStream = [](auto& object, R_InputStream& stream, bool* ok) { object.load(stream, ok); };
   auto saveAlone = [](const auto& object, R_XMLTextOutput& output) { object.saveXML(output); };
   std::vector<Piece> pieces;
-  Piece information{"the file information", formsOf(names, saveAlone), nullptr, true};
-  pieces.push_back(information);
+  auto loadNames = [](R_FileStatistics& copy, const char* text, R_XMLErrorReporter* reporter) {
+    return copy.prescanText(text, reporter);
+  };
+  pieces.push_back({"the file information or a variable identifier", formsOf(names, saveNamesXML),
+                    reloadOf<R_FileStatistics>(loadStream, loadNames, saveNamesXML), true});
   if (file.getGraphRefLines().isComplete()) {
     auto loadLines = [](R_GraphRefLines& lines, const char* text, R_XMLErrorReporter* reporter) {
       return lines.loadXML(text, reporter);
