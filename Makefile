@@ -30,7 +30,11 @@ bench:
 	@for b in build-bench/bin/bench_*; do echo "== $$b"; $$b; done
 	python3 bench/scaling.py --build build-bench
 
-demo: build
+# Builds only the two programs it runs, without the build log on screen.
+demo:
+	@$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	@$(CMAKE) --build build -j $(JOBS) --target exporter auxtool > build-demo.log 2>&1 || \
+	  { echo "the build failed; see build-demo.log" >&2; exit 1; }
 	bash samples/demo.sh
 
 # libFuzzer targets for every reader of outside files, built with clang under
@@ -46,4 +50,4 @@ fuzz-smoke: fuzz
 	bash fuzz/run_fuzzers.sh build-fuzz $(FUZZ_SECONDS)
 
 clean:
-	rm -rf build build-asan build-bench build-fuzz
+	rm -rf build build-asan build-bench build-fuzz build-demo.log

@@ -7,6 +7,7 @@
 #include "core/r_a_crc16.h"
 #include "core/r_inputstream.h"
 #include "core/r_outputstream.h"
+#include "core/r_safefile.h"
 #include "core/r_typecodes.h"
 
 void R_BinaryObject::clear() {
@@ -54,12 +55,10 @@ bool R_BinaryObject::loadFile(const char* path, const char* target_fname) {
 }
 
 bool R_BinaryObject::saveFile(const char* path) const {
-  FILE* file = fopen(path, "wb");
-  if (!file) return false;
-  size_t n = static_cast<size_t>(length.get());
-  bool ok = (n == 0 || fwrite(data, 1, n, file) == n);
-  if (fclose(file) != 0) ok = false;
-  return ok;
+  R_SafeFile file(path ? path : "");
+  if (!file.isOK()) return false;
+  if (length.get() > 0) file.writeBytes(data, length.get());
+  return file.commit();
 }
 
 void R_BinaryObject::load(R_InputStream& stream, bool* ok) {

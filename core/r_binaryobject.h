@@ -22,7 +22,8 @@ class R_BinaryObject {
   // Reads the whole file. A missing or empty file answers false and leaves the
   // object empty. Requires: the object is empty, `target_fname` not empty.
   bool loadFile(const char* path, const char* target_fname);
-  // Writes the bytes to `path`; true when all of them were written.
+  // Writes the bytes to `path` through R_SafeFile; true when all of them
+  // were written and put in place, false with the old file left as it was.
   bool saveFile(const char* path) const;
 
   // Type byte 153, target name, length, checksum, then the bytes. A checksum

@@ -3,7 +3,7 @@
 #include <cassert>
 
 #include "core/r_fileinputstream.h"
-#include "core/r_fileoutputstream.h"
+#include "core/r_safefile.h"
 #include "core/r_typecodes.h"
 
 void R_BinaryObjectList::clear() {
@@ -56,7 +56,7 @@ bool R_BinaryObjectList::loadFile(const char* path) {
 }
 
 bool R_BinaryObjectList::saveFile(const char* path) const {
-  R_FileOutputStream stream(path);
+  R_SafeFile stream(path ? path : "");
   if (!stream.isOK()) return false;
   stream.put(R_TypeBinaryObjectList);
   R_Integer(kMagic).save(stream);
@@ -64,5 +64,5 @@ bool R_BinaryObjectList::saveFile(const char* path) const {
   description.save(stream);
   for (int i = 0; i < count.get(); ++i) objects.get(i)->save(stream);
   R_Integer(kMagic).save(stream);
-  return stream.close();
+  return stream.commit();
 }

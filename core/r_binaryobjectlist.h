@@ -25,7 +25,8 @@ class R_BinaryObjectList {
   const R_String& getDescription() const { return description; }
 
   // The list's own file: type byte 154, magic, count, description, the
-  // objects, magic again. loadFile answers true only if all of it is right.
+  // objects, magic again. loadFile answers true only if all of it is right;
+  // saveFile writes through R_SafeFile, leaving the old file on a failure.
   bool loadFile(const char* path);
   bool saveFile(const char* path) const;
 

@@ -1,11 +1,13 @@
 #include "exporter/exporterdriver.h"
 
 #include <cstdio>
+#include <memory>
 
 #include "exporter/myreporter.h"
 #include "exporter/mysecurity.h"
 #include "exporter/resultrecordwriter.h"
 #include "knowledge/r_file.h"
+#include "proband/r_a_fileopener.h"
 #include "proband/r_a_simpledb.h"
 
 namespace {
@@ -13,18 +15,16 @@ namespace {
 // Loads the knowledge file in the form its first byte tells; answers 0 or the
 // exit code of the failure, after printing its message.
 int loadKnowledge(R_File& file, MyReporter& reporter, const char* path) {
-  signed char first = peekFirstByte(path);
-  if (first == 0) {
+  R_A_FileOpener::Form form = R_A_FileOpener::formOf(path);
+  if (form == R_A_FileOpener::formMissing) {
     printf("File %s not found\n", path);
     return kExitKnowledgeFile;
   }
-  if (first == '<') {
-    if (!file.loadXML(path, &reporter)) {
+  if (!R_A_FileOpener::loadKnowledge(file, path, form, &reporter)) {
+    if (form == R_A_FileOpener::formXML)
       printf("Error reading knowledge file %s as XML\n%s\n", path, reporter.getText());
-      return kExitKnowledgeFile;
-    }
-  } else if (!file.loadBinary(path)) {
-    printf("Error reading knowledge file %s as BIN\n", path);
+    else
+      printf("Error reading knowledge file %s as BIN\n", path);
     return kExitKnowledgeFile;
   }
   if (!file.isOK()) {
@@ -54,13 +54,14 @@ int writeRecords(const R_A_SimpleDB& database, const char* path) {
 
 int exportDatabase(R_File& file, MyReporter& reporter, MySecurity& security, const char* path,
                    const char* result_path) {
-  signed char first = peekFirstByte(path);
-  if (first == 0) {
+  R_A_FileOpener::Form form = R_A_FileOpener::formOf(path);
+  if (form == R_A_FileOpener::formMissing) {
     printf("File %s not found\n", path);
     return kExitDatabaseNotFound;
   }
-  bool binary = first != '<';
-  R_A_SimpleDB database(&security, &file, path, binary, &reporter);
+  bool binary = form == R_A_FileOpener::formBinary;
+  std::unique_ptr<R_A_SimpleDB> opened(R_A_FileOpener::openDatabase(security, file, path, form, &reporter));
+  const R_A_SimpleDB& database = *opened;
   if (database.getN() <= 0) {
     printf("Database file %s contains no records\n%s\n", path, reporter.getText());
     return kExitDatabaseEmpty;
@@ -71,13 +72,7 @@ int exportDatabase(R_File& file, MyReporter& reporter, MySecurity& security, con
 
 }  // namespace
 
-signed char peekFirstByte(const char* path) {
-  FILE* file = fopen(path, "rb");
-  if (!file) return 0;
-  int c = fgetc(file);
-  fclose(file);
-  return static_cast<signed char>(c);
-}
+signed char peekFirstByte(const char* path) { return R_A_FileOpener::firstByte(path); }
 
 int runExporter(int argc, const char* const* argv) {
   if (argc != 4) {

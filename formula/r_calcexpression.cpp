@@ -5,6 +5,7 @@
 
 #include "core/r_ascii.h"
 #include "formula/r_calcvalueunary.h"
+#include "formula/r_formulavocabulary.h"
 
 namespace {
 
@@ -18,18 +19,6 @@ const int maxNesting = 200;
 
 // The double 0x400921FB54442D18.
 const double pi = 3.141592653589793;
-
-struct FunctionName {
-  const char* name;
-  R_CalcValueUnary::Operator op;
-};
-
-const FunctionName functions[] = {
-    {"EXP", R_CalcValueUnary::opExp}, {"SIN", R_CalcValueUnary::opSin},
-    {"COS", R_CalcValueUnary::opCos}, {"ABS", R_CalcValueUnary::opAbs},
-    {"LN", R_CalcValueUnary::opLn},   {"LOG", R_CalcValueUnary::opLog},
-    {"PSD", R_CalcValueUnary::opPsd}, {"SDP", R_CalcValueUnary::opSdp},
-};
 
 bool isNumberChar(int c) { return R_isDigit(c) || c == '.' || c == 'E'; }
 
@@ -237,11 +226,11 @@ void R_CalcExpression::number(R_CalcValue& value) {
 // PI takes no parentheses: "PI(2)" is PI, and the parser stops at '('.
 void R_CalcExpression::function(R_CalcValue& value) {
   readRun(R_isLetter);
-  if (R_stricmp(token.c_str(), "PI") == 0) {
+  if (R_stricmp(token.c_str(), R_formulaConstantPI) == 0) {
     value.set(pi);
     return;
   }
-  for (const FunctionName& f : functions) {
+  for (const R_FormulaFunction& f : R_formulaFunctions) {
     if (R_stricmp(token.c_str(), f.name) != 0) continue;
     parenthesised(value);
     if (!error) R_CalcValueUnary::apply(value, f.op);

@@ -9,6 +9,7 @@
 #include "core/r_typecodes.h"
 #include "formula/r_equationtranslator.h"
 #include "formula/r_formulaconstants.h"
+#include "formula/r_formulavocabulary.h"
 #include "knowledge/r_filestatistics.h"
 #include "xml/r_xmlparameters.h"
 #include "xml/r_xmlparser.h"
@@ -18,19 +19,10 @@ namespace {
 
 const int kComputeCode = 0;
 
-struct CodeWord {
-  char code;
-  const char* word;
-};
-
-// The codes behind '$' and the keywords they come from.
-const CodeWord kCodeWords[] = {
-    {'M', "MALE"}, {'F', "FEMALE"}, {'A', "AGE_TODAY"}, {'I', "IS_PROBAND"}};
-
-// Null for a code of no keyword.
+// The keyword whose code is '$' and `code`; null for a code of no keyword.
 const char* sourceOfCode(char code) {
-  for (const CodeWord& entry : kCodeWords) {
-    if (entry.code == code) return entry.word;
+  for (const R_FormulaKeyword& keyword : R_formulaKeywords) {
+    if (keyword.code[0] == '$' && keyword.code[1] == code) return keyword.word;
   }
   return nullptr;
 }

@@ -5,24 +5,12 @@
 
 #include "core/r_ascii.h"
 #include "formula/r_calcvaluemethod.h"
+#include "formula/r_formulavocabulary.h"
 #include "knowledge/r_filestatistics.h"
 
 namespace {
 
 const char kOperators[] = "^+-*/=<>()&|!?@#";
-
-struct Keyword {
-  const char* word;
-  const char* code;
-};
-
-const Keyword kKeywords[] = {
-    {"ALL", "1"},   {"ALWAYS", "1"},     {"LT", "<"},          {"GT", ">"},  {"LTEQ", "<="},
-    {"GTEQ", ">="}, {"MALE", "$M"},      {"FEMALE", "$F"},     {"AND", "&"}, {"OR", "|"},
-    {"NOT", "!"},   {"AGE_TODAY", "$A"}, {"IS_PROBAND", "$I"},
-};
-
-const char* const kFunctions[] = {"PI", "EXP", "SIN", "COS", "ABS", "LN", "LOG", "PSD", "SDP"};
 
 bool isOperator(unsigned char c) { return c != 0 && strchr(kOperators, c) != nullptr; }
 
@@ -75,15 +63,16 @@ std::string toUpper(const std::string& text) {
 }
 
 const char* findKeyword(const std::string& upper) {
-  for (const Keyword& keyword : kKeywords) {
+  for (const R_FormulaKeyword& keyword : R_formulaKeywords) {
     if (upper == keyword.word) return keyword.code;
   }
   return nullptr;
 }
 
 bool isFunction(const std::string& upper) {
-  for (const char* function : kFunctions) {
-    if (upper == function) return true;
+  if (upper == R_formulaConstantPI) return true;
+  for (const R_FormulaFunction& function : R_formulaFunctions) {
+    if (upper == function.name) return true;
   }
   return false;
 }
@@ -101,8 +90,9 @@ bool isKnownName(const std::string& upper, const R_FileStatistics& statistics) {
 }
 
 // Every word of the chain must start with a method keyword; the bracket
-// text is read only when the method runs.
-bool hasOnlyKnownMethods(const std::string& chain) {
+// text is read only when the method runs. Answers the first word that does
+// not, or the empty text.
+std::string unknownMethod(const std::string& chain) {
   size_t start = 0;
   while (start < chain.size()) {
     size_t end = chain.find(' ', start);
@@ -110,10 +100,10 @@ bool hasOnlyKnownMethods(const std::string& chain) {
     std::string word = chain.substr(start, end - start);
     if (!word.empty() &&
         R_CalcValueMethod::parseMethod(word.c_str()) == R_CalcValueMethod::methodUnknown)
-      return false;
+      return word;
     start = end + 1;
   }
-  return true;
+  return std::string();
 }
 
 }  // namespace
@@ -139,8 +129,14 @@ const char* R_EquationTranslator::getDefinition(int index) const {
   return definition[index].get();
 }
 
+bool R_EquationTranslator::fail(const std::string& reason) {
+  failure = reason;
+  return false;
+}
+
 bool R_EquationTranslator::translate(const char* text, const R_FileStatistics& statistics) {
-  if (!text) return false;
+  failure.clear();
+  if (!text) return fail("there is no formula");
   std::string source(text);
   source.resize(static_cast<size_t>(R_normalizeWhitespace(&source[0])));
   std::string out;
@@ -148,7 +144,8 @@ bool R_EquationTranslator::translate(const char* text, const R_FileStatistics& s
   for (size_t position = 0; position < source.size();) {
     if (!translateToken(source, &position, statistics, out, &balance)) return false;
   }
-  if (balance != 0 || out.empty()) return false;
+  if (balance != 0) return fail("the parentheses do not pair up");
+  if (out.empty()) return fail("the formula is empty");
   R_String* stored = new R_String(out.c_str());
   if (!equations.put(eq_count, stored)) {
     delete stored;
@@ -177,7 +174,8 @@ bool R_EquationTranslator::translateToken(const std::string& text, size_t* posit
     out += toUpper(text.substr(start, *position - start));
     return true;
   }
-  if (!R_isLetter(c) || !scanName(text, start, position)) return false;
+  if (!R_isLetter(c)) return fail(std::string("the character '") + text[start] + "' has no meaning here");
+  if (!scanName(text, start, position)) return fail("a bracket in " + text.substr(start) + " is not closed");
   return translateName(toUpper(text.substr(start, *position - start)), statistics, out);
 }
 
@@ -198,8 +196,9 @@ bool R_EquationTranslator::translateName(const std::string& upper,
 bool R_EquationTranslator::translateReference(const std::string& upper,
                                               const R_FileStatistics& statistics,
                                               std::string& out) {
-  if (!isKnownName(upper, statistics)) return false;
   size_t colon = upper.find(':');
+  if (!isKnownName(upper, statistics))
+    return fail(upper.substr(0, colon) + " names no variable, keyword or function");
   std::string name = upper.substr(0, colon);
   std::string chain = colon == std::string::npos ? std::string() : upper.substr(colon + 1);
   for (char& c : chain) {
@@ -225,9 +224,16 @@ int R_EquationTranslator::findSlot(const std::string& name, const std::string& c
 // The slot is taken before its methods are checked and stays taken when one
 // of them is unknown.
 bool R_EquationTranslator::addSlot(const std::string& name, const std::string& chain) {
-  if (var_count >= R_varCount) return false;
+  if (var_count >= R_varCount)
+    return fail("a formula holds at most " + std::to_string(R_varCount) + " different variable references");
   var[var_count].set(name.c_str());
   definition[var_count].set(chain.c_str());
   ++var_count;
-  return hasOnlyKnownMethods(chain);
+  std::string unknown = unknownMethod(chain);
+  if (unknown.empty()) return true;
+  std::string reference = name + ":" + chain;
+  for (char& c : reference) {
+    if (c == ' ') c = ':';
+  }
+  return fail(unknown + " is no method (in " + reference + ")");
 }

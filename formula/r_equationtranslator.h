@@ -42,6 +42,10 @@ class R_EquationTranslator {
   // no message.
   bool translate(const char* text, const R_FileStatistics& statistics);
 
+  // Why the last translate answered false, in one line for the author
+  // ("HEIGHTX names no variable, keyword or function"); empty after success.
+  const std::string& getFailure() const { return failure; }
+
   int getEquationCount() const { return eq_count; }
   // Requires: 0 <= index < getEquationCount().
   const char* getEquation(int index) const;
@@ -61,12 +65,15 @@ class R_EquationTranslator {
                           std::string& out);
   int findSlot(const std::string& name, const std::string& chain) const;
   bool addSlot(const std::string& name, const std::string& chain);
+  // Keeps the reason and answers false.
+  bool fail(const std::string& reason);
 
   R_String var[R_varCount];         // upper-case names of the slots in use
   R_String definition[R_varCount];  // their chains, methods separated by blanks
   int var_count;
   R_FieldTemplate<R_String> equations;  // owned translated texts
   int eq_count;
+  std::string failure;
 };
 
 #endif

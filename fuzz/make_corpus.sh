@@ -13,7 +13,7 @@ out=$3
 
 rm -rf "$out"
 for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist \
-    setup_reader query_parser text_paragraph; do
+    setup_reader query_parser text_paragraph conversion; do
   mkdir -p "$out/$target"
 done
 
@@ -111,6 +111,19 @@ for f in "$src"/tests/data/*/*.xml "$sample"; do
   done < "$out/paragraphs.tmp"
 done
 rm "$out/paragraphs.tmp"
+# Conversions: every knowledge and database seed behind its kind's byte
+# ('k' or 'd'), and the files that once converted into what did not load.
+for kind in knowledge_xml knowledge_binary database_xml database_binary; do
+  prefix=k
+  case $kind in database_*) prefix=d ;; esac
+  for f in "$out/$kind"/*; do
+    { printf '%s' "$prefix"; cat "$f"; } > "$out/conversion/$kind-$(basename "$f")"
+  done
+done
+for f in "$src"/tests/data/tools/knowledge-*; do
+  { printf k; cat "$f"; } > "$out/conversion/damaged-$(basename "$f")"
+done
+{ printf d; cat "$src/tests/data/tools/database-bin-to-xml.bin"; } > "$out/conversion/damaged-database-bin-to-xml.bin"
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/r_fileinputstream.h"
-#include "core/r_fileoutputstream.h"
+#include "core/r_safefile.h"
 #include "core/r_typecodes.h"
 #include "document/r_supertext.h"
 #include "knowledge/r_knowledgexml.h"
@@ -13,7 +13,7 @@
 #include "knowledge/r_reference.h"
 #include "knowledge/r_variable.h"
 #include "xml/r_xmlparser.h"
-#include "xml/r_xmltextoutputfile.h"
+#include "xml/r_xmltextoutputstream.h"
 
 namespace {
 
@@ -99,6 +99,7 @@ bool namesVariables(const R_XYVar& xyref, int var_count) {
 
 R_File::R_File()
     : is_ok(false),
+      read_whole(false),
       variables(nullptr),
       references(nullptr),
       texts(nullptr),
@@ -119,17 +120,17 @@ R_File::~R_File() {
   delete followed_vars;
 }
 
-R_Variable* R_File::getVariable(int index) const {
+const R_Variable* R_File::getVariable(int index) const {
   assert(index >= 0 && index < getVarCount() && variables);
   return variables[index];
 }
 
-R_Reference* R_File::getReference(int index) const {
+const R_Reference* R_File::getReference(int index) const {
   assert(index >= 0 && index < getRefCount() && references);
   return references[index];
 }
 
-R_SuperText* R_File::getText(int index) const {
+const R_SuperText* R_File::getText(int index) const {
   assert(index >= 0 && index < getTextCount() && texts);
   return texts[index];
 }
@@ -142,7 +143,7 @@ int R_File::findText(const char* id) const {
   return -1;
 }
 
-R_Variable* R_File::getAgeVariable() const {
+const R_Variable* R_File::getAgeVariable() const {
   assert(var_age_index >= 0);
   return variables[var_age_index];
 }
@@ -185,6 +186,7 @@ bool R_File::loadXML(const char* filename, R_XMLErrorReporter* load_reporter) {
   if (is_ok) checkAgeVariable(parser);
   if (!is_ok) parser.report("Error while processing file.");
   reporter = nullptr;
+  read_whole = is_ok;
   if (is_ok) finish();
   return is_ok;
 }
@@ -272,6 +274,7 @@ bool R_File::loadBinary(const char* filename) {
                                       [&](R_Reference& reference, int) { reference.load(stream, ok); });
   texts = readArray<R_SuperText>(getTextCount(), ok, [&](R_SuperText& text, int) { text.load(stream, ok); });
   if (!stream.isOK() || !hasValidIndices()) is_ok = false;
+  read_whole = is_ok && stream.readByte() < 0;
   if (is_ok) finish();
   return is_ok;
 }
@@ -297,31 +300,48 @@ bool R_File::hasValidIndices() const {
 bool R_File::saveBinary(const char* filename) const {
   assert(is_ok);
   if (!filename || !*filename) return false;
-  R_FileOutputStream stream(filename);
-  if (!stream.isOK()) return false;
+  R_SafeFile file(filename);
+  if (!file.isOK()) return false;
+  saveBinary(file);
+  return file.commit();
+}
+
+bool R_File::saveXML(const char* filename) const {
+  assert(is_ok);
+  if (!filename || !*filename) return false;
+  R_SafeFile file(filename);
+  if (!file.isOK()) return false;
+  saveXML(file);
+  return file.commit();
+}
+
+void R_File::saveBinary(R_OutputStream& stream) const {
+  assert(is_ok);
   stream.put(R_TypeFile);
   statistics.save(stream);
   lines.save(stream);
   for (int i = 0; i < getVarCount(); ++i) variables[i]->save(stream);
   for (int i = 0; i < getRefCount(); ++i) references[i]->save(stream);
   for (int i = 0; i < getTextCount(); ++i) texts[i]->save(stream);
-  return stream.close();
 }
 
-bool R_File::saveXML(const char* filename) const {
+// A file read without line definitions is written without them: empty
+// lists would make a definition that no load takes.
+int R_File::saveXML(R_OutputStream& stream) const {
   assert(is_ok);
-  R_XMLTextOutputFile output(filename);
-  if (!output.isOK()) return false;
+  R_XMLTextOutputStream output(stream);
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE quorl SYSTEM \"quorl.dtd\"");
   R_openElement(output, "quorl");
   statistics.saveXML(output);
-  R_openElement(output, "graphlines");
-  lines.saveXML(output);
-  output.closeTag("graphlines");
+  if (lines.isComplete()) {
+    R_openElement(output, "graphlines");
+    lines.saveXML(output);
+    output.closeTag("graphlines");
+  }
   saveElements(output, "var", variables, getVarCount(), statistics);
   saveElements(output, "ref", references, getRefCount(), statistics);
   saveElements(output, "text", texts, getTextCount(), statistics);
   output.closeTag("quorl");
-  return output.isOK();
+  return output.getRoundedCount();
 }

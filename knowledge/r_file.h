@@ -14,6 +14,7 @@
 
 class R_Interval;
 class R_MeasuredVariables;
+class R_OutputStream;
 class R_Reference;
 class R_SuperText;
 class R_Variable;
@@ -36,24 +37,35 @@ class R_File : public R_XMLRecipient {
   // A file whose counts, indices or blocks are damaged is refused.
   // Requires: nothing loaded yet.
   bool loadBinary(const char* filename);
-  // Require: isOK(). Answer whether the output was in order at the end.
+  // Require: isOK(). Answer whether the file was written and put in place
+  // whole (through R_SafeFile); a failure leaves the old file as it was.
   bool saveXML(const char* filename) const;
   bool saveBinary(const char* filename) const;
+  // The same forms into a stream. The XML form answers how many numbers it
+  // rounded. A file read without line definitions has none in its XML form;
+  // its binary form cannot go without them, and is not read back.
+  int saveXML(R_OutputStream& stream) const;
+  void saveBinary(R_OutputStream& stream) const;
 
   bool isOK() const { return is_ok; }
+  // Whether the last load took the whole file: isOK(), and in the binary form
+  // no bytes stand after the last text. The loads themselves ignore such
+  // bytes; a caller about to write the file again asks here.
+  bool isReadWhole() const { return read_whole; }
 
   // The queries below require isOK().
   int getVarCount() const { return statistics.getVarCount(); }
   int getRefCount() const { return statistics.getRefCount(); }
   int getTextCount() const { return statistics.getTextCount(); }
-  // Require: index in 0 to count-1.
-  R_Variable* getVariable(int index) const;
-  R_Reference* getReference(int index) const;
-  R_SuperText* getText(int index) const;
+  // Require: index in 0 to count-1. Read-only, as the whole file is once
+  // loaded: every proband and computation shares these objects.
+  const R_Variable* getVariable(int index) const;
+  const R_Reference* getReference(int index) const;
+  const R_SuperText* getText(int index) const;
   // Index of the first text with exactly this identifier; -1 if none.
   int findText(const char* id) const;
   // Requires: getAgeIndex() >= 0.
-  R_Variable* getAgeVariable() const;
+  const R_Variable* getAgeVariable() const;
   // The first variable of type age; -1 if there is none.
   int getAgeIndex() const { return var_age_index; }
   const R_MeasuredVariables* getAnamnesticVars() const { return anamnestic_vars; }
@@ -83,6 +95,7 @@ class R_File : public R_XMLRecipient {
   int findReferenceOf(int sex, const Age& age, const R_XYVar& xyref) const;
 
   bool is_ok;
+  bool read_whole;
   R_FileStatistics statistics;
   R_Variable** variables;     // owned, getVarCount() long, null while none
   R_Reference** references;   // owned, getRefCount() long, null while none

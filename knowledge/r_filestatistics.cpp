@@ -118,7 +118,17 @@ bool R_FileStatistics::prescan(const char* xmlfilename, R_XMLErrorReporter* repo
   assert(!var);
   var = new R_FieldTemplate<R_String>(kPrescanCapacity);
   R_XMLParser parser(R_XMLParser::captureSize, reporter);
-  bool ok = R_parseFileTagged(parser, *this, kTags, xmlfilename);
+  return finishPrescan(parser, R_parseFileTagged(parser, *this, kTags, xmlfilename));
+}
+
+bool R_FileStatistics::prescanText(const char* textXML, R_XMLErrorReporter* reporter) {
+  assert(!var);
+  var = new R_FieldTemplate<R_String>(kPrescanCapacity);
+  R_XMLParser parser(R_XMLParser::captureSize, reporter);
+  return finishPrescan(parser, R_parseTagged(parser, *this, kTags, textXML ? textXML : ""));
+}
+
+bool R_FileStatistics::finishPrescan(R_XMLParser& parser, bool ok) {
   if (filename.isEmpty() || copyright.isEmpty()) {
     parser.report("No file information defined");
     ok = false;

@@ -49,6 +49,9 @@ class R_FileStatistics : public R_XMLRecipient {
 
   // The first pass over an XML knowledge file. Requires: no identifiers yet.
   bool prescan(const char* xmlfilename, R_XMLErrorReporter* reporter);
+  // The same over a text in memory: how a writer learns whether the names
+  // it would write read back. Requires: no identifiers yet.
+  bool prescanText(const char* textXML, R_XMLErrorReporter* reporter);
   const char* receive(int code, const char* text, const R_XMLParameters& parameters) override;
 
   // Requires for load: no identifiers yet.
@@ -59,6 +62,8 @@ class R_FileStatistics : public R_XMLRecipient {
 
  private:
   const char* receiveVar(const char* text);
+  // The checks after either pre-scan's parse; answers the result.
+  bool finishPrescan(R_XMLParser& parser, bool ok);
   // Appends an identifier as it is, taking ownership (deleted on failure).
   bool addString(R_String* identifier);
   // The name index: open addressing over the identifiers' ASCII upper case.

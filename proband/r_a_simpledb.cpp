@@ -8,40 +8,19 @@
 
 #include "core/r_ascii.h"
 #include "core/r_fileinputstream.h"
-#include "core/r_fileoutputstream.h"
 #include "core/r_integer.h"
+#include "core/r_safefile.h"
 #include "core/r_typecodes.h"
 #include "proband/r_a_security.h"
 #include "proband/r_a_simpledbplainreader.h"
 #include "proband/r_proband.h"
 #include "xml/r_xmlparser.h"
-#include "xml/r_xmltextoutput.h"
+#include "xml/r_xmltextoutputstream.h"
 
 namespace {
 
 const int kRecordBaseSize = 256;
 const char* const kRecordPath = "p_database:p_record";
-const char* const kTemporarySuffix = ".tmp";
-
-// XML text into a file stream whose close tells whether every byte reached
-// the file, which a save must know before it replaces the old file.
-class XMLFileWriter : public R_XMLTextOutput {
- public:
-  explicit XMLFileWriter(const char* target) : stream(target) {}
-  bool isOK() const { return stream.isOK(); }
-  bool close() { return stream.close(); }
-
- protected:
-  void newLine() override { stream.put('\n'); }
-  void indent(int count) override {
-    for (int i = 0; i < count; ++i) stream.put(' ');
-  }
-  void putRaw(char c) override { stream.put(static_cast<unsigned char>(c)); }
-
- private:
-  R_FileOutputStream stream;
-};
-
 }  // namespace
 
 R_A_SimpleDB::R_A_SimpleDB(R_A_Security* security_policy, const R_File* file, const char* file_path, bool binary_form,
@@ -50,6 +29,7 @@ R_A_SimpleDB::R_A_SimpleDB(R_A_Security* security_policy, const R_File* file, co
       records(kRecordBaseSize),
       path(file_path),
       binary(binary_form),
+      read_whole(false),
       F(file),
       reporter(error_reporter) {
   open();
@@ -63,10 +43,7 @@ void R_A_SimpleDB::open() {
   FILE* probe = path.isEmpty() ? nullptr : fopen(path.get(), "r");
   if (!probe) return;
   fclose(probe);
-  if (binary)
-    loadBinary();
-  else
-    parseXML(path.get(), true);
+  read_whole = binary ? loadBinary() : parseXML(path.get(), true);
 }
 
 // Records read from a file enter the table together: a stable sort of the
@@ -76,18 +53,24 @@ void R_A_SimpleDB::open() {
 //
 // A file that the database saved is in order already, which one pass
 // tells, and then the sort is skipped.
-void R_A_SimpleDB::admitArrivals() {
+bool R_A_SimpleDB::admitArrivals() {
   auto precedes = [](const R_A_SimpleDBRecord* a, const R_A_SimpleDBRecord* b) { return *a < *b; };
   if (!std::is_sorted(arrivals.begin(), arrivals.end(), precedes))
     std::stable_sort(arrivals.begin(), arrivals.end(), precedes);
-  for (R_A_SimpleDBRecord* item : arrivals)
-    if (records.addOrdered(item) < 0) delete item;
+  bool all_taken = true;
+  for (R_A_SimpleDBRecord* item : arrivals) {
+    if (records.addOrdered(item) >= 0) continue;
+    delete item;
+    all_taken = false;
+  }
   arrivals.clear();
+  return all_taken;
 }
 
 // The record in which the stream fails is kept with what it got, as an
-// empty record at worst, which sorts first.
-void R_A_SimpleDB::loadBinary() {
+// empty record at worst, which sorts first. Bytes after the last record
+// are not read, but they make the file one that was not read whole.
+bool R_A_SimpleDB::loadBinary() {
   R_FileInputStream* stream = new R_FileInputStream(path.get());
   bool ok = stream->isOK() && stream->checkType(R_TypeSimpleDB);
   R_Integer count(*stream, &ok);
@@ -96,29 +79,31 @@ void R_A_SimpleDB::loadBinary() {
     item->load(*stream, &ok);
     arrivals.push_back(item);
   }
+  bool whole = ok && count.get() >= 0 && stream->readByte() < 0;
   delete stream;
-  admitArrivals();
+  return admitArrivals() && whole;
 }
 
 // A file goes the plain road first; when that gives up, its records are gone
 // and the general road reads the file from its start, with every message it
 // gives.
 bool R_A_SimpleDB::parseXML(const char* source, bool from_file) {
-  if (from_file && readPlain(source)) return true;
+  bool all_taken = true;
+  if (from_file && readPlain(source, &all_taken)) return all_taken;
   R_XMLParser parser(R_XMLParser::captureSize, reporter);
   setTagCount(1);
   setTag(0, kRecordPath);
   bool result = from_file ? parser.parseFile(source, this) : parser.parseString(source, this);
   clearTags();
-  admitArrivals();
+  if (!admitArrivals()) result = false;
   if (!result) parser.report("Error while processing database.");
   return result;
 }
 
-bool R_A_SimpleDB::readPlain(const char* file_path) {
+bool R_A_SimpleDB::readPlain(const char* file_path, bool* all_taken) {
   R_A_SimpleDBPlainReader reader(F);
   if (!reader.read(file_path, &arrivals)) return false;
-  admitArrivals();
+  *all_taken = admitArrivals();
   return true;
 }
 
@@ -249,36 +234,25 @@ bool R_A_SimpleDB::save(int) { return saveAs(path.get(), binary); }
 
 bool R_A_SimpleDB::saveAs(const char* target, bool as_binary) const {
   if (!target || !*target) return false;
-  std::string temporary = std::string(target) + kTemporarySuffix;
-  bool saved = as_binary ? saveBinary(temporary.c_str()) : saveXML(temporary.c_str());
-  if (saved && rename(temporary.c_str(), target) != 0) {
-    remove(temporary.c_str());
-    saved = false;
+  R_SafeFile file(target);
+  if (!file.isOK()) return false;
+  saveTo(file, as_binary);
+  return file.commit();
+}
+
+int R_A_SimpleDB::saveTo(R_OutputStream& stream, bool as_binary) const {
+  if (as_binary) {
+    stream.put(R_TypeSimpleDB);
+    R_Integer(getN()).save(stream);
+    for (int i = 0; i < getN(); ++i) record(i)->save(stream);
+    return 0;
   }
-  return saved;
-}
-
-bool R_A_SimpleDB::saveBinary(const char* target) const {
-  R_FileOutputStream stream(target);
-  if (!stream.isOK()) return false;
-  stream.put(R_TypeSimpleDB);
-  R_Integer(getN()).save(stream);
-  for (int i = 0; i < getN(); ++i) record(i)->save(stream);
-  if (stream.close()) return true;
-  remove(target);
-  return false;
-}
-
-bool R_A_SimpleDB::saveXML(const char* target) const {
-  XMLFileWriter output(target);
-  if (!output.isOK()) return false;
+  R_XMLTextOutputStream output(stream);
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE p_database SYSTEM \"proband.dtd\"");
   output.openTag("p_database");
   output.endOpenTag();
   for (int i = 0; i < getN(); ++i) record(i)->saveXML(output);
   output.closeTag("p_database");
-  if (output.close()) return true;
-  remove(target);
-  return false;
+  return output.getRoundedCount();
 }

@@ -5,10 +5,8 @@
 //
 // A file that cannot be opened gives an empty database without a message.
 // A load that breaks in the middle keeps the records read so far; the XML
-// road tells the reporter why, the binary road tells nobody. save() writes a
-// temporary file beside the target and puts it in place only when it was
-// written and closed without error, so a failed save leaves the old file as
-// it was.
+// road tells the reporter why, the binary road tells nobody. save() writes
+// through R_SafeFile, so a failed save leaves the old file as it was.
 //
 // Owns its records; borrows the security object, the R_File (which must
 // outlive the database, since every proband holds it) and the reporter.
@@ -24,6 +22,7 @@
 #include "xml/r_xmlrecipient.h"
 
 class R_File;
+class R_OutputStream;
 class R_XMLErrorReporter;
 
 class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
@@ -46,11 +45,15 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   const R_String& getText(int index, int typ) const override;
   void removeRecord(int index) override;
   R_Proband* getProband(int index) const override;
+  // The record at `index`, null for a bad index.
+  const R_A_SimpleDBRecord* getRecord(int index) const { return record(index); }
   bool save(int index) override;
   // Writes the whole database to `target` in the binary or the XML form,
-  // through a temporary file beside it that replaces `target` only once it
-  // was written completely; a failed save leaves `target` as it was.
+  // through R_SafeFile: a failed save leaves `target` as it was.
   bool saveAs(const char* target, bool as_binary) const;
+  // The whole database in either form into a stream; the XML form answers
+  // how many numbers it rounded.
+  int saveTo(R_OutputStream& stream, bool as_binary) const;
   int findByName(const char* name) const override;
 
   // Deletes every record whose selection flag equals `selected`. No save.
@@ -60,21 +63,29 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   // without fault.
   bool loadText(const char* textXML);
   const char* getPath() const { return path.get(); }
+  // Whether the file was read whole when the database was opened: it opened,
+  // every record it holds was read and taken, every byte accounted for, and
+  // nothing was refused. The loads keep their rule of going on with what they
+  // got; this is how a caller that is about to write learns that the rest of
+  // the file would be lost. Records added or removed since do not change it.
+  bool isReadWhole() const { return read_whole; }
   bool isBinary() const { return binary; }
 
   const char* receive(int code, const char* text, const R_XMLParameters& parameters) override;
 
  private:
   void open();
-  void loadBinary();
+  // Both answer whether the file was read whole.
+  bool loadBinary();
   bool parseXML(const char* source, bool from_file);
   // Reads a file in the layout the database writes in one pass (see
   // R_A_SimpleDBPlainReader); false, with nothing added, for any other file.
-  bool readPlain(const char* file_path);
-  void admitArrivals();
+  // `all_taken` tells whether every record read entered the table.
+  bool readPlain(const char* file_path, bool* all_taken);
+  // False when a record could not be taken.
+  bool admitArrivals();
   R_A_SimpleDBRecord* record(int index) const { return records.get(index); }
-  bool saveBinary(const char* target) const;
-  bool saveXML(const char* target) const;
+
 
   R_SortedFieldTemplate<R_A_SimpleDBRecord> records;
   // Records read during a load; they enter `records` together at its end.
@@ -82,6 +93,7 @@ class R_A_SimpleDB : public R_A_Database, public R_XMLRecipient {
   R_String empty_text;  // what getText answers for a bad index
   R_String path;
   bool binary;
+  bool read_whole;
   const R_File* F;                 // borrowed
   R_XMLErrorReporter* reporter;    // borrowed, may be null
 };

@@ -29,6 +29,14 @@ const char* entityOf(char c) {
 
 }  // namespace
 
+// The text of `number`, counting it when the text reads back as another
+// value: "%g" keeps six significant digits.
+void R_XMLTextOutput::numberText(const R_Number& number, char* text) {
+  number.toText(text);
+  R_Number back;
+  if (number.isDefined() && !(back.parse(text) && back.getValue() == number.getValue())) ++rounded;
+}
+
 void R_XMLTextOutput::openTag(const char* tag) {
   startLine(level);
   put('<');
@@ -53,7 +61,7 @@ void R_XMLTextOutput::writeAttribute(const char* param, const R_Integer& value) 
 
 void R_XMLTextOutput::writeAttribute(const char* param, const R_Number& value) {
   char text[64];
-  value.toText(text);
+  numberText(value, text);
   writeAttribute(param, text);
 }
 
@@ -102,7 +110,7 @@ void R_XMLTextOutput::writeInteger(const R_Integer& integer) {
 
 void R_XMLTextOutput::writeNumber(const R_Number& number) {
   char text[64];
-  number.toText(text);
+  numberText(number, text);
   putEscaped(text);
 }
 

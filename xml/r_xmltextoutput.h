@@ -21,7 +21,7 @@ class R_String;
 
 class R_XMLTextOutput {
  public:
-  R_XMLTextOutput() : level(0), column(0), fresh(true), first(true) {}
+  R_XMLTextOutput() : level(0), column(0), fresh(true), first(true), rounded(0) {}
   virtual ~R_XMLTextOutput() = default;
   R_XMLTextOutput(const R_XMLTextOutput&) = delete;
   R_XMLTextOutput& operator=(const R_XMLTextOutput&) = delete;
@@ -52,6 +52,10 @@ class R_XMLTextOutput {
   // "%g", or "?" for the undefined number.
   void writeNumber(const R_Number& number);
 
+  // How many numbers written so far read back as another value: what the
+  // XML form loses, and all it may lose, of a file written in it.
+  int getRoundedCount() const { return rounded; }
+
  protected:
   virtual void newLine() {}
   virtual void indent(int count) { (void)count; }
@@ -62,11 +66,13 @@ class R_XMLTextOutput {
   void put(char c);
   void putPlain(const char* text);
   void putEscaped(const char* text);
+  void numberText(const R_Number& number, char* text);
 
   int level;   // open elements
   int column;  // characters put on the current line after its indentation
   bool fresh;  // the last thing written ended a tag
   bool first;  // no line has been started yet
+  int rounded;  // numbers whose text reads back as another value
 };
 
 #endif

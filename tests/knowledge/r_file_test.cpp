@@ -94,6 +94,19 @@ TEST_F(KnowledgeFileTest, BinaryFormIsPinnedByItsBytes) {
   EXPECT_EQ(kTinyBinary, hexOf(Bytes(bytes.begin(), bytes.end())));
 }
 
+TEST_F(KnowledgeFileTest, BytesAfterTheLastTextLoadButTheFileWasNotReadWhole) {
+  R_File file, whole, longer;
+  EXPECT_FALSE(file.isReadWhole());
+  ASSERT_EQ(std::vector<std::string>(), loadXML(file, write("tiny.xml", kTinyXML)));
+  EXPECT_TRUE(file.isReadWhole());
+  ASSERT_TRUE(file.saveBinary(dir.file("tiny.bin").c_str()));
+  ASSERT_TRUE(whole.loadBinary(dir.file("tiny.bin").c_str()));
+  EXPECT_TRUE(whole.isReadWhole());
+  writeFile(dir.file("longer.bin"), readFile(dir.file("tiny.bin")) + "\x09");
+  ASSERT_TRUE(longer.loadBinary(dir.file("longer.bin").c_str()));
+  EXPECT_FALSE(longer.isReadWhole());
+}
+
 // Damaged files must fail cleanly, whatever the damage: the loads run under
 // the sanitizers in the test builds. A changed byte may still load.
 TEST_F(KnowledgeFileTest, BinaryFileCutAnywhereFailsAndWithAnyByteChangedLoadsOrFailsCleanly) {

@@ -1,5 +1,6 @@
 // auxtool: check, convert and calculate from the command line, on the
 // engine's own loaders, writers and evaluator.
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -36,6 +37,9 @@ bool isHelp(const char* argument) { return strcmp(argument, "--help") == 0 || st
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Past a file size limit a write should fail and be reported, with the old
+  // file left in place, rather than end the program in the middle.
+  signal(SIGXFSZ, SIG_IGN);
   if (argc < 2) {
     printUsage(stderr);
     return kExitUsageError;

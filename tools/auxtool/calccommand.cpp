@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "core/r_ascii.h"
 #include "core/r_date.h"
-#include "exporter/mysecurity.h"
 #include "formula/r_calcequation.h"
 #include "formula/r_equation.h"
+#include "formula/r_equationtranslator.h"
 #include "knowledge/r_file.h"
 #include "proband/r_a_simpledb.h"
 #include "proband/r_proband.h"
@@ -23,9 +24,11 @@ const char* const kCalcUsage =
     "usage: auxtool calc KNOWLEDGE DATABASE FORMULA... [--today D.M.YYYY] [--sep C]\n"
     "  Evaluates each formula (e.g. HEIGHT:SD, BMI:P, HEIGHT:LAST_DEFINED:SD) for each\n"
     "  proband with its age today and prints CSV: name,visit,age, then one column per\n"
-    "  formula. A series gives one line per visit; a scalar one line with empty visit\n"
-    "  and age. --today sets the date of today (default: the system clock), --sep the\n"
-    "  separator character (default ',', 'tab' for a tab).\n";
+    "  formula. A proband for whom a formula gives a series has one line per visit;\n"
+    "  any other (only scalars, or nothing defined) one line with empty visit and age.\n"
+    "  Undefined and non-finite results are empty. --today sets the date of today\n"
+    "  (default: the system clock), --sep the separator character (default ',', 'tab'\n"
+    "  for a tab; not a digit, '.', '-', '\"' or a line end).\n";
 
 namespace {
 
@@ -37,24 +40,38 @@ struct CalcOptions {
   char separator = ',';
 };
 
+// A separator that can stand in a number or a name's quoting would make
+// the lines ambiguous: a digit, '.', '-', '"' or a line end.
 bool parseSeparator(const char* text, char* separator) {
   if (strcmp(text, "tab") == 0) {
     *separator = '\t';
     return true;
   }
-  if (strlen(text) != 1 || text[0] == '"' || text[0] == '\n') return false;
+  if (strlen(text) != 1 || R_isDigit(static_cast<unsigned char>(text[0])) || strchr(".-\"\r\n", text[0]))
+    return false;
   *separator = text[0];
   return true;
 }
 
-bool parseOptions(int argc, const char* const* argv, CalcOptions* options) {
+// False on wrong usage; `error` then says what is wrong in one line, or is
+// empty when the usage text says it best.
+bool parseOptions(int argc, const char* const* argv, CalcOptions* options, std::string* error) {
   std::vector<const char*> positional;
   options->today = systemToday();
   for (int i = 0; i < argc; ++i) {
     if (strcmp(argv[i], "--today") == 0) {
-      if (++i >= argc || !options->today.parse(argv[i])) return false;
+      if (++i >= argc || !options->today.parse(argv[i])) {
+        *error = std::string("--today takes a date D.M.YYYY from 1.1.1900 to 31.12.2100, not ") +
+                 (i < argc ? "\"" + std::string(argv[i]) + "\"" : "nothing");
+        return false;
+      }
     } else if (strcmp(argv[i], "--sep") == 0) {
-      if (++i >= argc || !parseSeparator(argv[i], &options->separator)) return false;
+      if (++i >= argc || !parseSeparator(argv[i], &options->separator)) {
+        *error = std::string("--sep takes \"tab\" or one character other than a digit, '.', '-', '\"' or a "
+                             "line end, not ") +
+                 (i < argc ? "\"" + std::string(argv[i]) + "\"" : "nothing");
+        return false;
+      }
     } else {
       positional.push_back(argv[i]);
     }
@@ -71,7 +88,10 @@ bool translateFormulas(const CalcOptions& options, const R_File& file, std::vect
   for (const char* formula : options.formulas) {
     std::unique_ptr<R_Equation> equation(new R_Equation);
     if (!equation->loadExpression(formula, file.getStatistics())) {
-      fprintf(stderr, "Formula %s does not translate\n", formula);
+      R_EquationTranslator translator;
+      translator.translate(formula, file.getStatistics());
+      fprintf(stderr, "Formula %s does not translate: %s\n", formula,
+              translator.getFailure().empty() ? "it is no valid expression" : translator.getFailure().c_str());
       return false;
     }
     out->push_back(std::move(equation));
@@ -104,8 +124,9 @@ class Calculator {
     emit();
   }
 
-  // Writes what is still buffered.
-  void finish() { line.flush(stdout); }
+  // Writes what is still buffered; false when any write to the output
+  // failed.
+  bool finish() { return line.flush(stdout) && written && fflush(stdout) == 0 && !ferror(stdout); }
 
   void writeProband(const R_Proband& proband, const char* name) {
     R_Number age;
@@ -145,7 +166,7 @@ class Calculator {
 
   void emit() {
     line.endLine();
-    if (line.size() >= kFlushSize) line.flush(stdout);
+    if (line.size() >= kFlushSize && !line.flush(stdout)) written = false;
   }
 
   const R_File& file;
@@ -153,14 +174,19 @@ class Calculator {
   const std::vector<std::unique_ptr<R_Equation>>& formulas;
   std::vector<R_CalcValue> results;
   CsvLine line;  // the lines not yet written
+  bool written = true;  // every block so far reached the output
 };
 
 }  // namespace
 
 int runCalcCommand(int argc, const char* const* argv) {
   CalcOptions options;
-  if (!parseOptions(argc, argv, &options)) {
-    fputs(kCalcUsage, stderr);
+  std::string error;
+  if (!parseOptions(argc, argv, &options, &error)) {
+    if (error.empty())
+      fputs(kCalcUsage, stderr);
+    else
+      fprintf(stderr, "auxtool calc: %s\n", error.c_str());
     return kExitUsageError;
   }
   PrintReporter reporter(stderr);
@@ -168,13 +194,15 @@ int runCalcCommand(int argc, const char* const* argv) {
   if (!loadKnowledgeFile(file, options.knowledge, reporter)) return kExitRefused;
   std::vector<std::unique_ptr<R_Equation>> formulas;
   if (!translateFormulas(options, file, &formulas)) return kExitRefused;
-  MySecurity security;
-  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, security, options.database, reporter));
+  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, options.database, reporter));
   if (!database || reporter.getCount() > 0) return kExitRefused;
   Calculator calculator(file, options, formulas);
   calculator.writeHead();
   for (int i = 0; i < database->getN(); ++i)
     calculator.writeProband(*database->getProband(i), database->getText(i, 0).get());
-  calculator.finish();
+  if (!calculator.finish()) {
+    fputs("auxtool calc: can not write the output\n", stderr);
+    return kExitRefused;
+  }
   return kExitSuccess;
 }

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <memory>
 
-#include "exporter/mysecurity.h"
 #include "knowledge/r_file.h"
 #include "proband/r_a_simpledb.h"
 #include "tools/auxtool/exitcodes.h"
@@ -27,8 +26,7 @@ int runCheckCommand(int argc, const char* const* argv) {
   printf("knowledge file %s: %d variables, %d references, %d texts\n", argv[0], file.getVarCount(),
          file.getRefCount(), file.getTextCount());
   if (argc == 1) return kExitSuccess;
-  MySecurity security;
-  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, security, argv[1], reporter));
+  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, argv[1], reporter));
   if (!database) return kExitRefused;
   printf("database %s: %d probands\n", argv[1], database->getN());
   return reporter.getCount() == 0 ? kExitSuccess : kExitRefused;

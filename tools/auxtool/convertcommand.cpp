@@ -6,18 +6,21 @@
 #include <string>
 #include <vector>
 
-#include "exporter/mysecurity.h"
 #include "knowledge/r_file.h"
 #include "proband/r_a_simpledb.h"
 #include "tools/auxtool/exitcodes.h"
 #include "tools/auxtool/fileloading.h"
 #include "tools/auxtool/printreporter.h"
+#include "tools/auxtool/readback.h"
 
 const char* const kConvertUsage =
     "usage: auxtool convert knowledge IN OUT --to xml|bin\n"
     "       auxtool convert database KNOWLEDGE IN OUT --to xml|bin\n"
-    "  Reads IN in whichever form it has and writes OUT in the asked form.\n"
-    "  A failed read writes nothing and exits 1 with the loader's messages.\n";
+    "  Reads IN in whichever form it has and writes OUT in the asked form, under a\n"
+    "  temporary name; reads that back and puts it in place only when it holds what\n"
+    "  IN held (numbers in XML to six significant digits; it says how many it\n"
+    "  rounded). A failed or partial read, or content that the asked form cannot\n"
+    "  hold, writes nothing and exits 1 naming the object. OUT may be IN.\n";
 
 namespace {
 
@@ -37,8 +40,20 @@ bool takeTargetForm(std::vector<const char*>& args, bool* binary) {
   return true;
 }
 
-int writeFailure(const char* path) {
-  fprintf(stderr, "Can not write %s\n", path);
+// Says what the conversion did; the exit code.
+int tell(const ReadBack& result, const char* out) {
+  switch (result.outcome) {
+    case ReadBack::same:
+      if (result.rounded > 0) printf("%s: numbers rounded to six significant digits: %d\n", out, result.rounded);
+      return kExitSuccess;
+    case ReadBack::writeFailed:
+      fprintf(stderr, "Can not write %s\n", out);
+      return kExitRefused;
+    case ReadBack::refused:
+    case ReadBack::differs:
+      break;
+  }
+  fprintf(stderr, "%sNothing written to %s\n", result.reason.c_str(), out);
   return kExitRefused;
 }
 
@@ -46,18 +61,16 @@ int convertKnowledge(const char* in, const char* out, bool binary) {
   PrintReporter reporter(stderr);
   R_File file;
   if (!loadKnowledgeFile(file, in, reporter)) return kExitRefused;
-  bool written = binary ? file.saveBinary(out) : file.saveXML(out);
-  return written ? kExitSuccess : writeFailure(out);
+  return tell(writeKnowledgeChecked(file, out, binary), out);
 }
 
 int convertDatabase(const char* knowledge, const char* in, const char* out, bool binary) {
   PrintReporter reporter(stderr);
   R_File file;
   if (!loadKnowledgeFile(file, knowledge, reporter)) return kExitRefused;
-  MySecurity security;
-  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, security, in, reporter));
+  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, in, reporter));
   if (!database || reporter.getCount() > 0) return kExitRefused;
-  return database->saveAs(out, binary) ? kExitSuccess : writeFailure(out);
+  return tell(writeDatabaseChecked(*database, file, out, binary), out);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tools/auxtool/csvline.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -30,7 +31,9 @@ void CsvLine::addText(const char* field) {
 
 void CsvLine::addNumber(const R_Number& number) {
   startField();
-  if (!number.isDefined()) return;
+  // An infinity or a NaN (1e308*10, (-8)^(1/3)) is no value a reader of the
+  // CSV could use: it is undefined, like any other such result.
+  if (!number.isDefined() || !std::isfinite(number.getValue())) return;
   char digits[R_numberTextSize];
   text.put(digits, static_cast<size_t>(R_formatG(number.getValue(), 9, digits)));
 }
@@ -48,7 +51,8 @@ void CsvLine::endLine() {
   fields = 0;
 }
 
-void CsvLine::flush(FILE* file) {
-  if (text.size() > 0) fwrite(text.data(), 1, text.size(), file);
+bool CsvLine::flush(FILE* file) {
+  bool written = text.size() == 0 || fwrite(text.data(), 1, text.size(), file) == text.size();
   text.clear();
+  return written;
 }

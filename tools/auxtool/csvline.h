@@ -1,7 +1,7 @@
 // Lines of CSV output, built field by field into one buffer. Texts that
 // hold the separator, a double quote or a line break are quoted, with inner
-// quotes doubled; numbers print with "%.9g"; an undefined number is an
-// empty field.
+// quotes doubled; numbers print with "%.9g"; an undefined number, and one
+// that is not finite, is an empty field.
 #ifndef TOOLS_AUXTOOL_CSVLINE_H
 #define TOOLS_AUXTOOL_CSVLINE_H
 
@@ -23,8 +23,9 @@ class CsvLine {
   void endLine();
   // The finished lines and the one being built.
   size_t size() const { return text.size(); }
-  // Writes everything built so far to `file` and starts empty.
-  void flush(FILE* file);
+  // Writes everything built so far to `file` and starts empty; false when
+  // the write failed.
+  bool flush(FILE* file);
 
  private:
   void startField();

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <memory>
 
-#include "exporter/mysecurity.h"
 #include "knowledge/r_file.h"
+#include "proband/r_a_opensecurity.h"
 #include "proband/r_a_simpledb.h"
 #include "tools/auxtool/exitcodes.h"
 #include "tools/auxtool/fileloading.h"
@@ -16,7 +16,8 @@
 const char* const kSynthUsage =
     "usage: auxtool synth KNOWLEDGE N OUT [--seed S] [--to xml|bin]\n"
     "  Writes a database of N synthetic probands for the knowledge file, in XML\n"
-    "  (default) or binary form. The same seed (default 1) gives the same file.\n";
+    "  (default) or binary form. The same seed (default 1) gives the same file.\n"
+    "  N is at most 1000000; the database is made in memory, about 2 KB a proband.\n";
 
 namespace {
 
@@ -28,10 +29,14 @@ struct SynthOptions {
   bool binary = false;
 };
 
+// The database is built whole in memory before it is written, about 2 KB a
+// proband with the sample knowledge file: a million take about 2 GB.
+const long kMostProbands = 1000000;
+
 bool parseCount(const char* text, long* count) {
   char* end = nullptr;
   long value = strtol(text, &end, 10);
-  if (!*text || *end || value < 0 || value > 100000000) return false;
+  if (!*text || *end || value < 0 || value > kMostProbands) return false;
   *count = value;
   return true;
 }
@@ -51,7 +56,11 @@ bool parseOptions(int argc, const char* const* argv, SynthOptions* options) {
       options->knowledge = argv[i];
       ++positional;
     } else if (positional == 1) {
-      if (!parseCount(argv[i], &options->count)) return false;
+      if (!parseCount(argv[i], &options->count)) {
+        fprintf(stderr, "auxtool synth: N is a count from 0 to %ld (about 2 KB of memory each), not \"%s\"\n",
+                kMostProbands, argv[i]);
+        return false;
+      }
       ++positional;
     } else if (positional == 2) {
       options->out = argv[i];
@@ -74,7 +83,7 @@ int runSynthCommand(int argc, const char* const* argv) {
   PrintReporter reporter(stderr);
   R_File file;
   if (!loadKnowledgeFile(file, options.knowledge, reporter)) return kExitRefused;
-  MySecurity security;
+  R_A_OpenSecurity security;
   // An empty path opens nothing: the database starts empty and is written
   // to OUT at the end.
   R_A_SimpleDB database(&security, &file, "", options.binary, &reporter);
