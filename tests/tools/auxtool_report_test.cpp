@@ -107,18 +107,9 @@ TEST(AuxtoolReportTest, RefusalsTellWhatIsMissingAndWriteNothing) {
 }
 
 TEST(AuxtoolReportTest, WrongUsageExitsWith2AndHelpWith0) {
-  const char* const rows[] = {
-      "",
-      "k d p",
-      "k d p t extra",
-      "k d p t --today 31.2.2020",
-      "k d p t --out",
-      "k d p t --out a --out b",
-      "k d p t --frobnicate",
-      "--list",
-      "--list k d",
-      "--list k --out a",
-  };
+  const char* const rows[] = {"", "k d p", "k d p t extra", "k d p t --today 31.2.2020", "k d p t --out",
+                              "k d p t --out a --out b", "k d p t --frobnicate", "--list", "--list k d",
+                              "--list k --out a"};
   for (const char* row : rows) {
     SCOPED_TRACE(row);
     EXPECT_EQ(2, report(row).exit_code);
