@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Run by `make demo` after the build: exports the sample database with the
-# exporter and shows SD scores and percentiles of a few probands with
-# `auxtool calc`. The samples are Windows-1250 bytes; they are shown in
+# exporter, shows SD scores and percentiles of a few probands with
+# `auxtool calc`, and writes report pages with `auxtool report`. The samples are Windows-1250 bytes; they are shown in
 # UTF-8 when iconv is there.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -50,3 +50,18 @@ echo
 echo "== auxtool calc: mid-parental target height and its SD score, latest height SD score"
 "$bin/auxtool" calc "$knowledge" "$database" TARGET_HT TARGET_HT_SD HEIGHT:LAST_DEFINED:SD:AVG --today "$today" \
   | first 11 | show
+echo
+
+# Report pages stay after the demo, for a browser: the growth summary and the
+# visits of a boy and of a girl, with the sample page templates.
+pages=${AUX_DEMO_DIR:-build/demo}
+mkdir -p "$pages"
+girl=$(printf 'Urbanov\xe1 Nela')  # the name as stored, in Windows-1250
+for who in "Svoboda Martin:boy" "$girl:girl"; do
+  for text in growth_summary visit_table; do
+    page="$pages/${who##*:}-$text.html"
+    "$bin/auxtool" report "$knowledge" "$database" "${who%:*}" "$text" \
+      --setup samples/setup.txt --today "$today" --out "$page"
+    echo "== auxtool report ... \"${who%:*}\" $text: $page" | show
+  done
+done

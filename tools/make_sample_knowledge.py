@@ -517,16 +517,16 @@ TEXTS = [
     <h1>Growth summary</h1>
     <p>The values below are those of the last visit at which the height was measured, at the age of <value var="LAST_AGE"/>. SD scores and percentiles refer to the WHO Child Growth Standards up to 5 years and to the WHO Growth Reference 2007 from 5 to 19 years.</p>
     <h2>Height</h2>
-    <p>Height <b><value var="LAST_HEIGHT"/></b>, SD score <value var="LAST_HEIGHT_SD"/>, percentile <value var="LAST_HEIGHT_P"/>.</p>
+    <p>Height <b><value var="LAST_HEIGHT"/></b>: <value var="LAST_HEIGHT_SD"/>, percentile <value var="LAST_HEIGHT_P"/>.</p>
     <h2>Weight and body mass index</h2>
-    <p>Weight <b><value var="LAST_WEIGHT"/></b>, body mass index <b><value var="LAST_BMI"/></b>, SD score <value var="LAST_BMI_SD"/>, percentile <value var="LAST_BMI_P"/>.</p>
-    <p if="AGE_TODAY LT 10">Weight for age: SD score <value var="LAST_WEIGHT_SD"/>, percentile <value var="LAST_WEIGHT_P"/>.</p>
-    <p if="AGE_TODAY GTEQ 10">Weight for age has no reference beyond 10 years; the body mass index above takes its place.</p>
+    <p>Weight <b><value var="LAST_WEIGHT"/></b>; body mass index <b><value var="LAST_BMI"/></b>: <value var="LAST_BMI_SD"/>, percentile <value var="LAST_BMI_P"/>.</p>
+    <p if="LAST_AGE LT 10">Weight for age: <value var="LAST_WEIGHT_SD"/>, percentile <value var="LAST_WEIGHT_P"/>.</p>
+    <p if="LAST_AGE GTEQ 10">Weight for age has no reference beyond 10 years; the body mass index above takes its place.</p>
     <p if="AGE_TODAY LT 2">Under two years of age, head circumference is measured at every visit; it is listed with the visits.</p>
     <insert ref="target_height"/>
     <p if="FEMALE AND AGE_TODAY GTEQ 8">From the age of 8 years, breast development and pubic hair are staged at every visit (<link target="puberty_girls"/>).</p>
     <p if="MALE AND AGE_TODAY GTEQ 9">From the age of 9 years, testicular volume and pubic hair are recorded at every visit (<link target="puberty_boys"/>).</p>
-    <p>All measurements, visit by visit, are in the <link target="visit_table"/>.</p>
+    <p>All measurements, visit by visit, are in the table of visits (<link target="visit_table"/>).</p>
     <hr/>
     <p><i>Computed by the growth engine from the recorded measurements. Please check unusual values against the measurement record.</i></p>
     """,
@@ -555,13 +555,13 @@ TEXTS = [
      <column type="values" method="HEIGHT_VEL" precision="0.1" header="Velocity (cm/year)"/>
     </table>
     <insert ref="target_height"/>
-    <p>Back to the <link target="growth_summary"/>.</p>
+    <p>Back to the growth summary (<link target="growth_summary"/>).</p>
     """,
     """
     <id>target_height</id>
     <toc><meta>Inserted into the summary and the table of visits.</meta></toc>
     <h2>Target height</h2>
-    <p>Father <value var="FATHER_HT"/>, mother <value var="MOTHER_HT"/>. The mid-parental target height is <b><value var="TARGET_HT"/></b> (SD score <value var="TARGET_HT_SD"/> at 19 years); most children reach an adult height within 8.5 cm of it.</p>
+    <p>Father <value var="FATHER_HT"/>, mother <value var="MOTHER_HT"/>. The mid-parental target height is <b><value var="TARGET_HT"/></b> (<value var="TARGET_HT_SD"/> of adult height at 19 years); most children reach an adult height within 8.5 cm of it.</p>
     """,
     """
     <id>puberty_girls</id>
@@ -574,7 +574,7 @@ TEXTS = [
      <column type="values" method="TANNER_M" precision="1" header="Breast (M)"/>
      <column type="values" method="TANNER_PH" precision="1" header="Pubic hair (PH)"/>
     </table>
-    <p>See also the <link target="growth_summary"/>.</p>
+    <p>The last measurements with their SD scores are in the growth summary (<link target="growth_summary"/>).</p>
     """,
     """
     <id>puberty_boys</id>
@@ -587,7 +587,7 @@ TEXTS = [
      <column type="values" method="TEST_VOLUME" precision="1" header="Testes (ml)"/>
      <column type="values" method="TANNER_PH" precision="1" header="Pubic hair (PH)"/>
     </table>
-    <p>See also the <link target="growth_summary"/>.</p>
+    <p>The last measurements with their SD scores are in the growth summary (<link target="growth_summary"/>).</p>
     """,
 ]
 

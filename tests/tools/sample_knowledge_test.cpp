@@ -207,6 +207,8 @@ TEST_P(SampleKnowledgeTest, WritesEveryReportTextForEveryProband) {
   }
 }
 
+bool isResult(const std::string& call) { return call.compare(0, 12, "writeResult ") == 0; }
+
 // The boy whose father is 180.6 cm and mother 162.6 cm tall: target height
 // (180.6 + 162.6 + 13) / 2 = 178.1 cm; puberty is offered from 9 years.
 TEST_P(SampleKnowledgeTest, TheSummaryShowsTheTargetHeightAndPubertyBySexAndAge) {
@@ -232,6 +234,13 @@ TEST_P(SampleKnowledgeTest, TheSummaryShowsTheTargetHeightAndPubertyBySexAndAge)
   EXPECT_TRUE(boys.isAvailable(file, *boy, R_Number(9.0)));
   EXPECT_FALSE(boys.isAvailable(file, *boy, R_Number(8.9)));
   EXPECT_FALSE(girls.isAvailable(file, *boy, R_Number(12.0)));
+
+  // Weight for age (two values) or the note that it has no reference goes
+  // by the age at the last visit, which today's age does not change.
+  RecordingOutput older;
+  file.getText(file.findText("growth_summary"))->write(file, *boy, R_Number(10.5), older, 0);
+  EXPECT_EQ(std::count_if(calls.begin(), calls.end(), isResult),
+            std::count_if(older.calls().begin(), older.calls().end(), isResult));
 }
 
 INSTANTIATE_TEST_SUITE_P(BothForms, SampleKnowledgeTest, ::testing::Values("knowledge.xml", "knowledge.bin"));

@@ -8,6 +8,7 @@
 #include "tools/auxtool/checkcommand.h"
 #include "tools/auxtool/convertcommand.h"
 #include "tools/auxtool/exitcodes.h"
+#include "tools/auxtool/reportcommand.h"
 #include "tools/auxtool/setupcommand.h"
 #include "tools/auxtool/synthcommand.h"
 
@@ -25,6 +26,7 @@ const Command kCommands[] = {
     {"calc", runCalcCommand, &kCalcUsage},
     {"synth", runSynthCommand, &kSynthUsage},
     {"setup", runSetupCommand, &kSetupUsage},
+    {"report", runReportCommand, &kReportUsage},
 };
 
 void printUsage(FILE* output) {
