@@ -9,12 +9,11 @@
 #include "core/r_ascii.h"
 #include "core/r_date.h"
 #include "core/r_number.h"
+#include "core/r_safefile.h"
 #include "document/r_supertext.h"
-#include "exporter/mysecurity.h"
 #include "knowledge/r_file.h"
 #include "output/r_a_htmloutput.h"
 #include "output/r_a_pagesink.h"
-#include "output/r_a_safefile.h"
 #include "page/r_a_cgiparameters.h"
 #include "page/r_a_clock.h"
 #include "page/r_a_setupfile.h"
@@ -179,9 +178,8 @@ std::string makePage(const R_File& file, const R_SuperText& text, const R_Proban
 
 bool writePage(const std::string& page, const char* out) {
   if (out == nullptr) return fwrite(page.data(), 1, page.size(), stdout) == page.size() && fflush(stdout) == 0;
-  R_A_SafeFile file;
-  if (!file.open(out)) return false;
-  if (fwrite(page.data(), 1, page.size(), file.get()) != page.size()) return false;
+  R_SafeFile file(out);
+  for (char c : page) file.put(static_cast<unsigned char>(c));
   return file.commit();
 }
 
@@ -198,8 +196,7 @@ int runReport(const ReportOptions& options) {
     fprintf(stderr, "Text \"%s\" not found\n", options.text);
     return kExitRefused;
   }
-  MySecurity security;
-  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, security, options.database, reporter));
+  std::unique_ptr<R_A_SimpleDB> database(openDatabase(file, options.database, reporter));
   if (!database || reporter.getCount() > 0) return kExitRefused;
   int record = findProband(*database, options.proband);
   if (record < 0) {
