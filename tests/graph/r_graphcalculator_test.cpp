@@ -132,50 +132,38 @@ TEST_F(GraphTest, TheCalculatorWorksOutEveryBlockOnce) {
   EXPECT_EQ(expected, dump(container, calculator));
 }
 
+// A block's range on an axis, or with `axis` -1 the X range of the graph;
+// over the blocks of graph `id`, or over its block `only` alone.
 TEST_F(GraphTest, RangesComeFromThePrimaryPlotOrElseFromTheSecondaryOnesInTurn) {
-  auto boy = proband("boy");
-  const R_TextGraph& plots = graph("plots");
-  R_GraphContainer container(plots.getBlockCount());
-  fill(container, plots);
-  R_GraphCalculator calculator(*file, *boy, R_Number(3.0), container);
-  const struct {
-    int axis;
-    int block;
-    const char* range;
-  } rows[] = {
-      {R_GraphCalculator::axisY, 1, "86 90"},          // the primary heights; weights not looked at
-      {R_GraphCalculator::axisAge, 1, "1.999 2.497"},  // only valid points count
-      {R_GraphCalculator::axisX, 2, "1.999 2.497"},    // the one Tanner point and the arrows' heights
-      {R_GraphCalculator::axisY, 2, "1 90"},
-      {R_GraphCalculator::axisY, 3, "12 14.1"},        // a scalar primary: the first secondary, alone
-      {R_GraphCalculator::axisY, 0, "? ?"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::to_string(row.axis) + " of block " + std::to_string(row.block));
-    R_Number min(-1.0), max(-1.0);
-    calculator.getRange(row.axis, row.block, min, max);
-    EXPECT_EQ(row.range, text(min) + " " + text(max));
-  }
-}
-
-TEST_F(GraphTest, TheXRangeTakesArrowsAndOnlyTheFirstRankedBlockWithData) {
   auto boy = proband("boy");
   const struct {
     const char* id;
     int only;
+    int axis;
+    int block;
     const char* range;
   } rows[] = {
-      {"plots", 2, "1.999 2.497"},  // one Tanner point at 1.999; its arrows reach 2.497
-      {"plots", 0, "? ?"},          // no data at all
-      {"plots", 3, "? ?"},          // a scalar primary; the secondary plots don't count
-      {"ranked", -1, "1.999 3.001"},  // the weights rank first; the heights are not added
+      {"plots", -1, R_GraphCalculator::axisY, 1, "86 90"},          // the primary heights; weights not looked at
+      {"plots", -1, R_GraphCalculator::axisAge, 1, "1.999 2.497"},  // only valid points count
+      {"plots", -1, R_GraphCalculator::axisX, 2, "1.999 2.497"},    // the Tanner point and the arrows' heights
+      {"plots", -1, R_GraphCalculator::axisY, 2, "1 90"},
+      {"plots", -1, R_GraphCalculator::axisY, 3, "12 14.1"},  // a scalar primary: the first secondary alone
+      {"plots", -1, R_GraphCalculator::axisY, 0, "? ?"},
+      {"plots", 2, -1, 0, "1.999 2.497"},  // one Tanner point at 1.999; its arrows reach 2.497
+      {"plots", 0, -1, 0, "? ?"},          // no data at all
+      {"plots", 3, -1, 0, "? ?"},          // a scalar primary; the secondary plots don't count
+      {"ranked", -1, -1, 0, "1.999 3.001"},  // the weights rank first; the heights are not added
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.id) + " " + std::to_string(row.only));
+    SCOPED_TRACE(std::string(row.id) + " " + std::to_string(row.only) + " axis " + std::to_string(row.axis) +
+                 " of block " + std::to_string(row.block));
     R_GraphContainer container(graph(row.id).getBlockCount());
     fill(container, graph(row.id), row.only);
     R_GraphCalculator calculator(*file, *boy, R_Number(3.0), container);
-    EXPECT_EQ(row.range, text(calculator.getMinX()) + " " + text(calculator.getMaxX()));
+    R_Number min(-1.0), max(-1.0);
+    if (row.axis >= 0) calculator.getRange(row.axis, row.block, min, max);
+    if (row.axis < 0) min = calculator.getMinX(), max = calculator.getMaxX();
+    EXPECT_EQ(row.range, text(min) + " " + text(max));
   }
 }
 
