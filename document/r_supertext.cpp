@@ -15,6 +15,7 @@
 #include "document/r_textplaceholder.h"
 #include "document/r_texttable.h"
 #include "formula/r_calcequation.h"
+#include "graph/r_textgraph.h"
 #include "knowledge/r_file.h"
 #include "knowledge/r_knowledgexml.h"
 #include "output/r_outputinterface.h"
@@ -40,9 +41,9 @@ const ElementKind kKinds[] = {
     {"h2", [] { return static_cast<R_Text*>(new R_TextHeader(2)); }},
     {"img", [] { return static_cast<R_Text*>(new R_TextImage()); }},
     {"table", [] { return static_cast<R_Text*>(new R_TextTable()); }},
-    {"graph", [] { return static_cast<R_Text*>(new R_TextPlaceholder(R_Text::typeGraph)); }},
+    {"graph", [] { return static_cast<R_Text*>(new R_TextGraph()); }},
     {"insert", [] { return static_cast<R_Text*>(new R_TextInsert()); }},
-    {"auxogram", [] { return static_cast<R_Text*>(new R_TextPlaceholder(R_Text::typeAuxogram)); }},
+    {"auxogram", [] { return static_cast<R_Text*>(new R_TextPlaceholder()); }},
 };
 const int kKindCount = sizeof kKinds / sizeof kKinds[0];
 

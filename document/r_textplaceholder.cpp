@@ -1,16 +1,6 @@
 #include "document/r_textplaceholder.h"
 
-#include <cassert>
-
 #include "xml/r_xmltextoutput.h"
-
-R_TextPlaceholder::R_TextPlaceholder(int element_type) : R_Text(element_type) {
-  assert(element_type == typeGraph || element_type == typeAuxogram);
-}
-
-int R_TextPlaceholder::getBinaryCode() const { return getType() == typeGraph ? '6' : '9'; }
-
-const char* R_TextPlaceholder::getTag() const { return getType() == typeGraph ? "graph" : "auxogram"; }
 
 void R_TextPlaceholder::loadText(const char* text, const R_FileStatistics&, R_XMLErrorReporter*) {
   setOK(content.setNormalized(text, false));

@@ -1,5 +1,5 @@
-// Stands in for the elements whose drawing is not part of this engine yet:
-// graphs (`graph`) and auxograms (`auxogram`). It keeps the element's XML
+// Stands in for the element whose drawing is not part of this engine yet,
+// the auxogram (`auxogram`). It keeps the element's XML
 // content, whitespace normalised, and gives it back unchanged in both stored
 // forms, so that a knowledge file loses nothing on its way through; it
 // writes nothing to a document. Its binary form is the kept XML content as
@@ -12,8 +12,7 @@
 
 class R_TextPlaceholder : public R_Text {
  public:
-  // Requires: element_type is typeGraph or typeAuxogram.
-  explicit R_TextPlaceholder(int element_type);
+  R_TextPlaceholder() : R_Text(typeAuxogram) {}
 
   const R_String& getContent() const { return content; }
 
@@ -24,8 +23,8 @@ class R_TextPlaceholder : public R_Text {
   void save(R_OutputStream& stream) const override;
 
   int getOutputKind() const override { return 4; }
-  int getBinaryCode() const override;
-  const char* getTag() const override;
+  int getBinaryCode() const override { return '9'; }
+  const char* getTag() const override { return "auxogram"; }
   bool isEmptyTag() const override { return false; }
   // Writes nothing.
   bool write(const R_File& file, const R_Proband& proband, const R_Number& age,

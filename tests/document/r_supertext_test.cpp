@@ -141,7 +141,7 @@ TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
       {"an insert without ref", "<id>T</id><insert ref=\" \"/>",
        {"data error processing standalone tag <insert../>: text block data error", end}},
       {"a blank graph", "<id>T</id><graph> </graph>",
-       {"data error closing block </graph>: text block data error", end}},
+       {"no blocks defined", "data error closing block </graph>: text block data error", end}},
       {"a paragraph fault", "<id>T</id><p><value var=\"NOPE\"/></p>",
        {"error wrong standalone element processing element <value>", "error no text defined processing element <p>",
         "data error closing block </p>: text block data error", end}},
@@ -234,11 +234,14 @@ TEST(SuperTextTest, TheXMLFormWritesMarkUpEscapedAndNamesAsTheyAre) {
   R_SuperText text;
   NamedStatistics statistics({"AGE", "HEIGHT"});
   ASSERT_TRUE(text.loadXML("<id>T</id><toc><meta>m</meta></toc><p>a &amp; <b>b</b> <value var=\"height\"/></p>"
-                           "<img if=\"HEIGHT\" src=\"x.png\"/><graph> <caption>C</caption>\n </graph>",
+                           "<img if=\"HEIGHT\" src=\"x.png\"/><graph> <caption>C</caption>\n <block var=\"height\" "
+                           "priority=\"5\" analysed=\"sd\"><plot method=\"height\" type=\"secondary\"/></block></graph>",
                            statistics, nullptr));
   EXPECT_EQ("<id>T</id><toc><meta>m</meta></toc>"
             "<p>a &amp; &lt;b&gt;b&lt;/b&gt; &lt;value var=\"height\" /&gt;</p>"
-            "<img if=\"HEIGHT:\" src=\"x.png\" /><graph><caption>C</caption></graph>",
+            "<img if=\"HEIGHT:\" src=\"x.png\" /><graph><caption>C</caption>"
+            "<block var=\"HEIGHT\" analysed=\"sd\" priority=\"5\"><plot method=\"HEIGHT:\" connect=\"no\" "
+            "size=\"normal\" marks=\"yes\" type=\"secondary\" /></block></graph>",
             xmlWrittenBy([&](R_XMLTextOutput& out) { text.saveXML(out, statistics); }));
 }
 
