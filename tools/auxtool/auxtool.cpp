@@ -6,6 +6,7 @@
 #include "tools/auxtool/calccommand.h"
 #include "tools/auxtool/checkcommand.h"
 #include "tools/auxtool/convertcommand.h"
+#include "tools/auxtool/csvcommand.h"
 #include "tools/auxtool/exitcodes.h"
 #include "tools/auxtool/setupcommand.h"
 #include "tools/auxtool/synthcommand.h"
@@ -24,6 +25,7 @@ const Command kCommands[] = {
     {"calc", runCalcCommand, &kCalcUsage},
     {"synth", runSynthCommand, &kSynthUsage},
     {"setup", runSetupCommand, &kSetupUsage},
+    {"csv", runCsvCommand, &kCsvUsage},
 };
 
 void printUsage(FILE* output) {
