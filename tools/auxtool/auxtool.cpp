@@ -8,6 +8,7 @@
 #include "tools/auxtool/convertcommand.h"
 #include "tools/auxtool/csvcommand.h"
 #include "tools/auxtool/exitcodes.h"
+#include "tools/auxtool/importcommand.h"
 #include "tools/auxtool/setupcommand.h"
 #include "tools/auxtool/synthcommand.h"
 
@@ -26,6 +27,7 @@ const Command kCommands[] = {
     {"synth", runSynthCommand, &kSynthUsage},
     {"setup", runSetupCommand, &kSetupUsage},
     {"csv", runCsvCommand, &kCsvUsage},
+    {"import", runImportCommand, &kImportUsage},
 };
 
 void printUsage(FILE* output) {
