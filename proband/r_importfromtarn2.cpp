@@ -20,6 +20,7 @@ const char* const kTagPaths[] = {
     "import_list:import_proband:proband",
 };
 const int kTagCount = sizeof(kTagPaths) / sizeof(kTagPaths[0]);
+static_assert(kTagCount == 7, "receive() has one case for each tag");
 }  // namespace
 
 bool R_ImportFromTarn2::load(const char* filename, R_XMLErrorReporter* reporter) {
@@ -32,16 +33,16 @@ bool R_ImportFromTarn2::load(const char* filename, R_XMLErrorReporter* reporter)
 }
 
 const char* R_ImportFromTarn2::receive(int code, const char* text, const R_XMLParameters&) {
-  typedef const char* (R_ImportFromTarn2::*Handler)(const char* text);
-  static const Handler kHandlers[] = {
-      &R_ImportFromTarn2::receiveInfo,    &R_ImportFromTarn2::receiveEntryStart,
-      &R_ImportFromTarn2::receiveName,    &R_ImportFromTarn2::receiveDiagnosis,
-      &R_ImportFromTarn2::receiveAddress, &R_ImportFromTarn2::receiveComment,
-      &R_ImportFromTarn2::receiveProband,
-  };
-  static_assert(sizeof(kHandlers) / sizeof(kHandlers[0]) == kTagCount, "one handler for each tag");
-  if (code < 0 || code >= kTagCount) return "unrecognized code in import_list";
-  return (this->*kHandlers[code])(text);
+  switch (code) {
+    case 0: return receiveInfo(text);
+    case 1: return receiveEntryStart(text);
+    case 2: return receiveName(text);
+    case 3: return receiveDiagnosis(text);
+    case 4: return receiveAddress(text);
+    case 5: return receiveComment(text);
+    case 6: return receiveProband(text);
+    default: return "unrecognized code in import_list";
+  }
 }
 
 const char* R_ImportFromTarn2::receiveInfo(const char* text) {
