@@ -13,7 +13,7 @@ out=$3
 
 rm -rf "$out"
 for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist \
-    setup_reader query_parser text_paragraph conversion; do
+    setup_reader query_parser text_paragraph conversion import_list; do
   mkdir -p "$out/$target"
 done
 
@@ -124,6 +124,14 @@ for f in "$src"/tests/data/tools/knowledge-*; do
   { printf k; cat "$f"; } > "$out/conversion/damaged-$(basename "$f")"
 done
 { printf d; cat "$src/tests/data/tools/database-bin-to-xml.bin"; } > "$out/conversion/damaged-database-bin-to-xml.bin"
+
+# Import lists: the fixture, and the sample database cut as above with its
+# records made entries (name and comment come before the proband in both).
+cp "$src/tests/data/proband/import_list.xml" "$out/import_list/fixture-import_list.xml"
+for f in "$out"/database_xml/sample-*.xml; do
+  sed 's/p_database>/import_list>/g; s/p_record>/import_proband>/g; s/p_name>/name>/g; s/p_comment>/comment>/g' "$f" \
+    > "$out/import_list/$(basename "$f")"
+done
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"

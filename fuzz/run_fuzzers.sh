@@ -14,13 +14,13 @@ here=$(cd "$(dirname "$0")" && pwd)
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
   targets=(xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist
-    setup_reader query_parser text_paragraph conversion)
+    setup_reader query_parser text_paragraph conversion import_list)
 fi
 
 # The longest input per target: the XML forms up to what a capture and a few
 # elements need, formulas and paragraphs as long as any an author writes,
-# setup files past the longest line and value, queries as long as a browser
-# sends.
+# setup files past the longest line and value, import lists like the other
+# XML forms, queries as long as a browser sends.
 options_for() {
   case $1 in
     xml_parser) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
@@ -32,6 +32,7 @@ options_for() {
     query_parser) echo "-max_len=8192 -dict=$here/dicts/query.dict" ;;
     text_paragraph) echo "-max_len=16384 -dict=$here/dicts/paragraph.dict" ;;
     conversion) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
+    import_list) echo "-max_len=65536 -dict=$here/dicts/import.dict" ;;
     *) echo "unknown target $1" >&2; return 1 ;;
   esac
 }

@@ -7,7 +7,9 @@
 #include "tools/auxtool/calccommand.h"
 #include "tools/auxtool/checkcommand.h"
 #include "tools/auxtool/convertcommand.h"
+#include "tools/auxtool/csvcommand.h"
 #include "tools/auxtool/exitcodes.h"
+#include "tools/auxtool/importcommand.h"
 #include "tools/auxtool/reportcommand.h"
 #include "tools/auxtool/setupcommand.h"
 #include "tools/auxtool/synthcommand.h"
@@ -27,6 +29,8 @@ const Command kCommands[] = {
     {"synth", runSynthCommand, &kSynthUsage},
     {"setup", runSetupCommand, &kSetupUsage},
     {"report", runReportCommand, &kReportUsage},
+    {"csv", runCsvCommand, &kCsvUsage},
+    {"import", runImportCommand, &kImportUsage},
 };
 
 void printUsage(FILE* output) {
