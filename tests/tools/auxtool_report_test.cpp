@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tests/support/test_files.h"
+#include "tests/tools/auxtool_run.h"
 
 namespace {
 
@@ -14,17 +15,8 @@ const std::string kKnowledge = testData("tools/report.xml");
 const std::string kDatabase = testData("tools/report_database.xml");
 const std::string kFiles = kKnowledge + " " + kDatabase + " ";
 
-struct ToolRun {
-  std::string output;
-  int exit_code;
-};
-
-// Standard output, or both streams with `with_errors`.
 ToolRun report(const std::string& arguments, bool with_errors = false) {
-  ToolRun run;
-  std::string command = std::string(AUX_BIN_DIR) + "/auxtool report " + arguments + (with_errors ? " 2>&1" : " 2>/dev/null");
-  run.output = runCommand(command, &run.exit_code);
-  return run;
+  return auxtool("report " + arguments, with_errors);
 }
 
 // The boy at 3 years: last height 90 cm, target (180 + 166 + 13) / 2; the

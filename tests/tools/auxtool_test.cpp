@@ -8,21 +8,9 @@
 #include <string>
 
 #include "tests/support/test_files.h"
+#include "tests/tools/auxtool_run.h"
 
 namespace {
-
-struct ToolRun {
-  std::string output;
-  int exit_code;
-};
-
-// Standard output only, or both streams with `with_errors`.
-ToolRun auxtool(const std::string& arguments, bool with_errors = false) {
-  ToolRun run;
-  std::string command = std::string(AUX_BIN_DIR) + "/auxtool " + arguments + (with_errors ? " 2>&1" : " 2>/dev/null");
-  run.output = runCommand(command, &run.exit_code);
-  return run;
-}
 
 const std::string kKnowledge = testData("exporter/knowledge.xml");
 const std::string kDatabase = testData("exporter/database.xml");
