@@ -122,6 +122,7 @@ void drawAndSave(benchmark::State& state, const char* extension) {
 class NullStream : public R_OutputStream {
  public:
   void put(int) override {}
+  void writeBytes(const unsigned char*, int) override {}
 };
 
 // The same without the file system: the writer's bytes are dropped, so that
