@@ -118,15 +118,18 @@ void drawAndSave(benchmark::State& state, const char* extension) {
   for (int64_t i = 0; i < count; ++i) std::remove(imagePath(extension, i).c_str());
 }
 
-// The same without the file system: the writer's bytes go to the null
-// device, so that the figure shows the canvas and the encoder alone.
+// A stream that drops every byte.
+class NullStream : public R_OutputStream {
+ public:
+  void put(int) override {}
+  void writeBytes(const unsigned char*, int) override {}
+};
+
+// The same without the file system: the writer's bytes are dropped, so that
+// the figure shows the canvas and the encoder alone.
 template <class Writer>
 void drawAndEncode(benchmark::State& state) {
-  FILE* sink = std::fopen("/dev/null", "wb");
-  if (sink == nullptr) {
-    state.SkipWithError("no /dev/null");
-    return;
-  }
+  NullStream sink;
   for (auto _ : state) {
     R_A_BitmapDraw canvas(kWidth, kHeight);
     drawGraph(&canvas);
@@ -135,7 +138,6 @@ void drawAndEncode(benchmark::State& state) {
     writer.write(sink, canvas.getWidth(), canvas.getHeight(), canvas.getRowBytes(), canvas.getPixels());
   }
   state.SetItemsProcessed(state.iterations());
-  std::fclose(sink);
 }
 
 void BM_DrawAndSaveBMP(benchmark::State& state) { drawAndSave<R_A_BitmapSaveBMP>(state, "bmp"); }

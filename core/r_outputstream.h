@@ -12,7 +12,9 @@ class R_OutputStream {
 
   virtual void put(int byte) = 0;
 
-  void writeBytes(const unsigned char* buffer, int count);
+  // Byte by byte through put(); a stream with a buffer of its own may take
+  // the whole block at once.
+  virtual void writeBytes(const unsigned char* buffer, int count);
   void writeDouble(double x);  // 8 bytes, little-endian
   void writeInt32(int x);      // 4 bytes, little-endian
   void writeWord(int x);       // low byte, then high byte; upper bits are lost

@@ -80,6 +80,18 @@ void R_SafeFile::write(const char* text) {
   while (*text) put(static_cast<unsigned char>(*text++));
 }
 
+void R_SafeFile::writeBytes(const unsigned char* bytes, int count) {
+  while (count > 0) {
+    if (used == sizeof buffer) drain();
+    const size_t room = sizeof buffer - used;
+    const size_t n = static_cast<size_t>(count) < room ? static_cast<size_t>(count) : room;
+    memcpy(buffer + used, bytes, n);
+    used += n;
+    bytes += n;
+    count -= static_cast<int>(n);
+  }
+}
+
 void R_SafeFile::drain() {
   size_t done = 0;
   while (!failed && done < used) {

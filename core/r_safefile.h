@@ -49,6 +49,7 @@ class R_SafeFile : public R_OutputStream {
     if (used == sizeof buffer) drain();
     buffer[used++] = static_cast<unsigned char>(byte);
   }
+  void writeBytes(const unsigned char* bytes, int count) override;
   void write(const char* text);
 
   // Writes out, syncs and closes the temporary file, which is then whole

@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "output/r_a_bitmapfont.h"
+#include "core/r_safefile.h"
 #include "output/r_a_bitmapsave.h"
-#include "output/r_a_safefile.h"
 
 namespace {
 
@@ -191,9 +191,9 @@ int R_A_BitmapDraw::getTextWidth(const char* text) {
 }
 
 bool R_A_BitmapDraw::save(const char* path, R_A_BitmapSave& writer) const {
-  if (isEmpty()) return false;
-  R_A_SafeFile file;
-  if (!file.open(path)) return false;
-  if (!writer.write(file.get(), width, height, rowBytes, pixels.data())) return false;
+  if (isEmpty() || path == nullptr) return false;
+  R_SafeFile file(path);
+  if (!file.isOK()) return false;  // spares the encoding
+  if (!writer.write(file, width, height, rowBytes, pixels.data())) return false;
   return file.commit();
 }

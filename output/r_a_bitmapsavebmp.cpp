@@ -1,5 +1,6 @@
 #include "output/r_a_bitmapsavebmp.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstdint>
 #include <cstring>
@@ -10,7 +11,7 @@ namespace {
 const int kMaxRun = 126;      // bytes in one run, 252 pixels
 const int kMaxLiteral = 124;  // bytes in one literal stretch
 const int kMaxSame = 10;      // equal bytes a literal stretch may swallow
-const size_t kChunkBytes = 64 * 1024;
+const size_t kChunkBytes = 64 * 1024;  // first room for the rows; most bytes handed on at once
 
 void put16(unsigned char* p, uint32_t v) {
   p[0] = static_cast<unsigned char>(v);
@@ -102,31 +103,29 @@ int R_A_BitmapSaveBMP::encodeRow(const unsigned char* row, int width, unsigned c
   return static_cast<int>(out - start);
 }
 
-// The sizes are known only when the rows are written, so the head is
-// written twice: first as a place holder, at the end with its values.
-bool R_A_BitmapSaveBMP::write(FILE* file, int width, int height, int rowBytes,
+// The head holds the size of the rows, so they are encoded first, into
+// memory, and go to the stream behind the head.
+bool R_A_BitmapSaveBMP::write(R_OutputStream& out, int width, int height, int rowBytes,
                               const unsigned char* pixels) {
   assert(width > 0 && height > 0 && rowBytes >= (width + 1) / 2);
-  unsigned char head[_headSize] = {};
-  bool ok = std::fwrite(head, 1, _headSize, file) == _headSize;
-  // Rows gather in a chunk with room for one more row at its worst, every
-  // byte a pair, and its end code.
-  std::vector<unsigned char> chunk(kChunkBytes + static_cast<size_t>(width) + 3);
-  size_t length = 0, dataSize = 0;
+  // Room for one more row at its worst, every byte a pair, and its end code.
+  const size_t worstRow = static_cast<size_t>(width) + 3;
+  std::vector<unsigned char> data(kChunkBytes + worstRow);
+  size_t length = 0;
   for (int y = height - 1; y >= 0; --y) {
-    unsigned char* end = chunk.data() + length;
+    if (data.size() - length < worstRow) data.resize(2 * data.size());
+    unsigned char* end = data.data() + length;
     end += encodeRow(pixels + static_cast<size_t>(y) * rowBytes, width, end);
     putPair(end, 0, y > 0 ? 0 : 1);  // end of line, end of bitmap after row 0
-    length = static_cast<size_t>(end - chunk.data());
-    if (length >= kChunkBytes || y == 0) {
-      ok = std::fwrite(chunk.data(), 1, length, file) == length && ok;
-      dataSize += length;
-      length = 0;
-    }
+    length = static_cast<size_t>(end - data.data());
   }
-  fillHead(head, width, height, static_cast<uint32_t>(dataSize));
-  ok = std::fseek(file, 0, SEEK_SET) == 0 && ok;
-  return std::fwrite(head, 1, _headSize, file) == _headSize && ok;
+  if (length > UINT32_MAX - _headSize) return false;  // the head's sizes are 32 bits
+  unsigned char head[_headSize];
+  fillHead(head, width, height, static_cast<uint32_t>(length));
+  out.writeBytes(head, _headSize);
+  for (size_t done = 0; done < length; done += kChunkBytes)
+    out.writeBytes(data.data() + done, static_cast<int>(std::min(kChunkBytes, length - done)));
+  return true;
 }
 
 void R_A_BitmapSaveBMP::fillHead(unsigned char* head, int width, int height, uint32_t dataSize) const {

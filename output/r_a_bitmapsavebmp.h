@@ -22,7 +22,7 @@ class R_A_BitmapSaveBMP : public R_A_BitmapSave {
 
   R_A_BitmapSaveBMP();
 
-  bool write(FILE* file, int width, int height, int rowBytes,
+  bool write(R_OutputStream& out, int width, int height, int rowBytes,
              const unsigned char* pixels) override;
   void setColor(int index, int r, int g, int b) override;
 

@@ -42,7 +42,7 @@ int R_A_BitmapSavePCX::encodeRow(const unsigned char* row, int rowBytes, unsigne
   return static_cast<int>(out - start);
 }
 
-bool R_A_BitmapSavePCX::write(FILE* file, int width, int height, int rowBytes,
+bool R_A_BitmapSavePCX::write(R_OutputStream& out, int width, int height, int rowBytes,
                               const unsigned char* pixels) {
   assert(width > 0 && height > 0 && width <= 65535 && height <= 65535 && rowBytes <= 65535);
   header[0] = 10;  // maker
@@ -59,7 +59,7 @@ bool R_A_BitmapSavePCX::write(FILE* file, int width, int height, int rowBytes,
   header[65] = 1;  // one plane
   put16(header + 66, rowBytes);
   put16(header + 68, 1);  // colour palette
-  bool ok = std::fwrite(header, 1, _headerSize, file) == _headerSize;
+  out.writeBytes(header, _headerSize);
   // Rows gather in a chunk with room for one more row at its worst, every
   // byte with a count of its own.
   std::vector<unsigned char> chunk(kChunkBytes + 2 * static_cast<size_t>(rowBytes));
@@ -67,9 +67,9 @@ bool R_A_BitmapSavePCX::write(FILE* file, int width, int height, int rowBytes,
   for (int y = 0; y < height; ++y) {
     length += encodeRow(pixels + static_cast<size_t>(y) * rowBytes, rowBytes, chunk.data() + length);
     if (length >= kChunkBytes || y == height - 1) {
-      ok = std::fwrite(chunk.data(), 1, length, file) == length && ok;
+      out.writeBytes(chunk.data(), static_cast<int>(length));
       length = 0;
     }
   }
-  return ok;
+  return true;
 }

@@ -17,7 +17,7 @@ class R_A_BitmapSavePCX : public R_A_BitmapSave {
 
   // The header takes width - 1 and height - 1 in 16 bits.
   // Requires, besides the base's: width, height, rowBytes at most 65535.
-  bool write(FILE* file, int width, int height, int rowBytes,
+  bool write(R_OutputStream& out, int width, int height, int rowBytes,
              const unsigned char* pixels) override;
   void setColor(int index, int r, int g, int b) override;
 

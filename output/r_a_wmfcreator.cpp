@@ -1,5 +1,6 @@
 #include "output/r_a_wmfcreator.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace {
@@ -22,7 +23,8 @@ class Bytes {
   uint16_t wordAt(int offset) const {
     return static_cast<uint16_t>(buffer[offset] | (buffer[offset + 1] << 8));
   }
-  bool writeTo(FILE* f) const { return f != nullptr && std::fwrite(buffer, 1, length, f) == static_cast<size_t>(length); }
+  const unsigned char* begin() const { return buffer; }
+  const unsigned char* end() const { return buffer + length; }
 
  private:
   unsigned char buffer[2 * (R_A_WMFCreator::_maxParameters + kRecordHead)];
@@ -32,7 +34,8 @@ class Bytes {
 }  // namespace
 
 R_A_WMFCreator::R_A_WMFCreator(const char* path, int w, int h) : width(w), height(h) {
-  file.open(path);
+  if (path != nullptr && *path != '\0') file.reset(new R_SafeFile(path));
+  if (file && !file->isOK()) file.reset();
   writeHeaders();
   writeRecord(_setMapMode, 1);
   writeRecord(_setWindowOrg, 0, 0);
@@ -40,10 +43,10 @@ R_A_WMFCreator::R_A_WMFCreator(const char* path, int w, int h) : width(w), heigh
 }
 
 R_A_WMFCreator::~R_A_WMFCreator() {
-  if (!file.isOpen()) return;
-  if (std::fseek(file.get(), 0, SEEK_SET) != 0) return;  // the safe file discards itself
+  if (!file) return;
   writeHeaders();
-  file.commit();
+  for (unsigned char byte : bytes) file->put(byte);
+  file->commit();
 }
 
 void R_A_WMFCreator::writeHeaders() {
@@ -66,7 +69,11 @@ void R_A_WMFCreator::writeHeaders() {
   head.word(static_cast<unsigned>(objectCount));
   head.dword(maxRecord);
   head.word(0);  // mtNoParameters
-  head.writeTo(file.get());
+  if (!file) return;
+  // The first call makes the file's start; the closing one puts the final
+  // values over it.
+  if (bytes.empty()) bytes.resize(head.end() - head.begin());
+  std::copy(head.begin(), head.end(), bytes.begin());
 }
 
 void R_A_WMFCreator::writeRecord(int function, int parameter) {
@@ -87,7 +94,7 @@ void R_A_WMFCreator::writeRecord(int function, const uint16_t* words, int count)
   record.dword(length);
   record.word(static_cast<unsigned>(function) & 0xFFFF);
   for (int i = 0; i < count; ++i) record.word(words[i]);
-  record.writeTo(file.get());
+  if (file) bytes.insert(bytes.end(), record.begin(), record.end());
   size += length;
   if (length > maxRecord) maxRecord = length;
 }

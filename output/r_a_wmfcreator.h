@@ -1,9 +1,11 @@
 // Writes a Windows metafile with a placeable header, record by record. The
-// constructor writes both headers and the three opening records (map mode 1,
-// window origin 0,0, window extent height,width); the destructor writes the
-// headers again with the final size, object count and longest record, and
-// only then does the file appear under its name. No closing record is
-// written: a new file holds 9 + 4 + 5 + 5 words.
+// constructor creates the file's temporary and puts both headers and the
+// three opening records (map mode 1, window origin 0,0, window extent
+// height,width); the destructor puts the headers again with the final size,
+// object count and longest record, and only then does the file appear under
+// its name. The file is small, so its bytes gather in memory and reach the
+// disk whole when it closes. No closing record is written: a new file holds
+// 9 + 4 + 5 + 5 words.
 //
 // A record is its size in 16-bit words (parameters + 3) as 32 bits, a
 // 16-bit function and its 16-bit parameters.
@@ -13,8 +15,10 @@
 #define OUTPUT_R_A_WMFCREATOR_H
 
 #include <cstdint>
+#include <memory>
+#include <vector>
 
-#include "output/r_a_safefile.h"
+#include "core/r_safefile.h"
 
 class R_A_WMFCreator {
  public:
@@ -37,7 +41,7 @@ class R_A_WMFCreator {
   R_A_WMFCreator(const R_A_WMFCreator&) = delete;
   R_A_WMFCreator& operator=(const R_A_WMFCreator&) = delete;
 
-  bool isOpen() const { return file.isOpen(); }
+  bool isOpen() const { return file != nullptr; }
   // In words: the headers' 9 plus every record so far.
   uint32_t getSize() const { return size; }
   // The highest object slot used plus 1.
@@ -65,7 +69,8 @@ class R_A_WMFCreator {
  private:
   void writeHeaders();
 
-  R_A_SafeFile file;
+  std::unique_ptr<R_SafeFile> file;  // null when it cannot be created
+  std::vector<unsigned char> bytes;  // the whole file so far
   int width, height;
   uint32_t size = _headerWords;
   int objectCount = 0;

@@ -81,6 +81,24 @@ TEST_F(SafeFileTest, ACommitReplacesTheFileAndLeavesNothingElse) {
   EXPECT_EQ(std::set<std::string>{"data.xml"}, namesIn(dir.path()));
 }
 
+// Blocks that cross the 64 KiB buffer's end, between single bytes, keep
+// their order.
+TEST_F(SafeFileTest, BlocksAndSingleBytesArriveInOrder) {
+  std::string bytes(170013, '\0');
+  for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 % 251);
+  const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes.data());
+  {
+    R_SafeFile file(target.c_str());
+    for (int i = 0; i < 10; ++i) file.put(data[i]);
+    file.writeBytes(data + 10, 100000);
+    file.writeBytes(data, 0);
+    for (int i = 100010; i < 100013; ++i) file.put(data[i]);
+    file.writeBytes(data + 100013, 70000);
+    EXPECT_TRUE(file.commit());
+  }
+  EXPECT_EQ(bytes, readFile(target));
+}
+
 TEST_F(SafeFileTest, AFailureAtAnyStepLeavesTheOldFileAndNoTemporaryOne) {
   struct Row {
     Step step;

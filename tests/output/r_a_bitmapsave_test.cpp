@@ -131,8 +131,8 @@ TEST(BitmapSavePCXTest, RowEncoderGathersRunsUpToSixtyThree) {
 // Writes a few bytes, then reports a failure.
 class FailingWriter : public R_A_BitmapSave {
  public:
-  bool write(FILE* file, int, int, int, const unsigned char*) override {
-    std::fputs("half", file);
+  bool write(R_OutputStream& out, int, int, int, const unsigned char*) override {
+    out.writeBytes(reinterpret_cast<const unsigned char*>("half"), 4);
     return false;
   }
   void setColor(int, int, int, int) override {}
