@@ -11,7 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "exporter/mysecurity.h"
+#include "proband/r_a_opensecurity.h"
 #include "formula/r_equation.h"
 #include "knowledge/r_file.h"
 #include "proband/r_a_simpledb.h"
@@ -49,7 +49,7 @@ class SyntheticDatabase {
   const R_A_SimpleDB& get() const { return database; }
 
  private:
-  MySecurity security;
+  R_A_OpenSecurity security;
   R_A_SimpleDB database;
 };
 

@@ -25,7 +25,6 @@ long writeSome(int fd, const void* data, size_t size) {
   return static_cast<long>(written);
 }
 
-const R_SafeFile::Steps kSystemSteps = {createNew, writeSome, fsync, close, rename};
 
 std::string temporaryName(const std::string& target, int attempt) {
   std::string name = target + ".tmp";
@@ -41,7 +40,8 @@ void keepMode(int fd, const char* target) {
 
 // The rename itself reaches the disk with the folder's entry; a folder that
 // does not sync costs durability, not the file, so it is not a failure.
-void syncFolder(const std::string& target) {
+void syncFolder(const char* target_path) {
+  std::string target(target_path);
   size_t slash = target.rfind('/');
   std::string folder = slash == std::string::npos ? "." : (slash == 0 ? "/" : target.substr(0, slash));
   int dir = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -50,9 +50,15 @@ void syncFolder(const std::string& target) {
   ::close(dir);
 }
 
+int skipSync(int) { return 0; }
+
+const R_SafeFile::Steps kSystemSteps = {createNew, writeSome, fsync, close, rename, syncFolder};
+const R_SafeFile::Steps kUnsyncedSteps = {createNew, writeSome, skipSync, close, rename, nullptr};
+
 }  // namespace
 
 const R_SafeFile::Steps& R_SafeFile::systemSteps() { return kSystemSteps; }
+const R_SafeFile::Steps& R_SafeFile::unsyncedSteps() { return kUnsyncedSteps; }
 
 R_SafeFile::R_SafeFile(const char* target_path, const Steps& disk_steps)
     : steps(disk_steps), target(target_path ? target_path : ""), fd(-1), failed(false), finished(false), used(0) {
@@ -126,7 +132,7 @@ bool R_SafeFile::commit() {
   finished = false;
   if (!failed && !temporary.empty() && steps.rename(temporary.c_str(), target.c_str()) == 0) {
     temporary.clear();
-    syncFolder(target);
+    if (steps.syncFolder != nullptr) steps.syncFolder(target.c_str());
     return true;
   }
   failed = true;

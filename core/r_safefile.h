@@ -31,9 +31,16 @@ class R_SafeFile : public R_OutputStream {
     int (*sync)(int fd);
     int (*close)(int fd);
     int (*rename)(const char* from, const char* to);
+    // Brings the folder's entry of the renamed file to the disk; null skips it.
+    void (*syncFolder)(const char* target);
   };
   // The platform's calls.
   static const Steps& systemSteps();
+  // The platform's calls without the two syncs: the file still appears whole
+  // or not at all, but a crash of the machine may lose it. For files that
+  // are made again on demand, such as graph images, where waiting for the
+  // disk would halve the pages a server gives.
+  static const Steps& unsyncedSteps();
 
   // Creates the temporary file for `target`. Requires: target != null.
   explicit R_SafeFile(const char* target, const Steps& steps = systemSteps());

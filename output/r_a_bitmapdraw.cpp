@@ -192,7 +192,7 @@ int R_A_BitmapDraw::getTextWidth(const char* text) {
 
 bool R_A_BitmapDraw::save(const char* path, R_A_BitmapSave& writer) const {
   if (isEmpty() || path == nullptr) return false;
-  R_SafeFile file(path);
+  R_SafeFile file(path, R_SafeFile::unsyncedSteps());
   if (!file.isOK()) return false;  // spares the encoding
   if (!writer.write(file, width, height, rowBytes, pixels.data())) return false;
   return file.commit();

@@ -24,9 +24,8 @@ int countOf(const R_MeasuredVariables* vars) { return vars ? vars->getCount() : 
 
 }  // namespace
 
-R_A_ExportCSV::R_A_ExportCSV(const char* path) : first_field(true), success(false) {
+R_A_ExportCSV::R_A_ExportCSV(const char* path) : file(path), first_field(true), success(false) {
   for (int i = 0; i < _nameTypeCount; i++) setName(i, kDefaultNames[i]);
-  file.open(path);
 }
 
 void R_A_ExportCSV::setName(int which, const char* text) {
@@ -38,7 +37,7 @@ void R_A_ExportCSV::setName(int which, const char* text) {
 
 bool R_A_ExportCSV::write(const R_A_Database& database, const R_File& F) {
   success = false;
-  if (!file.isOpen()) return false;
+  if (!file.isOK()) return false;
   writeHead(F);
   for (int i = 0; i < database.getN(); i++) {
     const R_Proband* proband = database.getProband(i);
@@ -136,7 +135,7 @@ void R_A_ExportCSV::addDate(const R_Date& date) {
 
 void R_A_ExportCSV::endLine() {
   line += names[nameLineEnd];
-  fwrite(line.data(), 1, line.size(), file.get());
+  file.writeBytes(reinterpret_cast<const unsigned char*>(line.data()), static_cast<int>(line.size()));
   line.clear();
   first_field = true;
 }

@@ -13,7 +13,7 @@
 
 #include <string>
 
-#include "output/r_a_safefile.h"
+#include "core/r_safefile.h"
 
 class R_A_Database;
 class R_Date;
@@ -43,7 +43,8 @@ class R_A_ExportCSV {
   };
   static const int maxNameLength = 32;
 
-  // Opens `path` for writing and sets the defaults.
+  // Creates the temporary file beside `path` and sets the defaults.
+  // Requires: path != null.
   explicit R_A_ExportCSV(const char* path);
   // Drops a file that was never written.
   ~R_A_ExportCSV() = default;
@@ -72,7 +73,7 @@ class R_A_ExportCSV {
   void addDate(const R_Date& date);
   void endLine();
 
-  R_A_SafeFile file;
+  R_SafeFile file;
   char names[_nameTypeCount][maxNameLength + 1];
   std::string line;    // the line being built
   bool first_field;    // no separator before the next field

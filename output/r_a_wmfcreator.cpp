@@ -34,7 +34,7 @@ class Bytes {
 }  // namespace
 
 R_A_WMFCreator::R_A_WMFCreator(const char* path, int w, int h) : width(w), height(h) {
-  if (path != nullptr && *path != '\0') file.reset(new R_SafeFile(path));
+  if (path != nullptr && *path != '\0') file.reset(new R_SafeFile(path, R_SafeFile::unsyncedSteps()));
   if (file && !file->isOK()) file.reset();
   writeHeaders();
   writeRecord(_setMapMode, 1);

@@ -40,7 +40,7 @@ int fakeClose(int fd) {
 }
 int fakeRename(const char* from, const char* to) { return failing == Step::rename ? -1 : real.rename(from, to); }
 
-const R_SafeFile::Steps kFaulty = {fakeCreate, fakeWrite, fakeSync, fakeClose, fakeRename};
+const R_SafeFile::Steps kFaulty = {fakeCreate, fakeWrite, fakeSync, fakeClose, fakeRename, nullptr};
 
 std::set<std::string> namesIn(const std::string& dir) {
   std::set<std::string> names;
