@@ -10,6 +10,7 @@
 #include "graph/r_graphblockdata.h"
 #include "graph/r_graphcalculator.h"
 #include "graph/r_graphcontainer.h"
+#include "graph/r_graphreference.h"
 #include "knowledge/r_file.h"
 #include "knowledge/r_filestatistics.h"
 #include "knowledge/r_knowledgexml.h"
@@ -139,5 +140,7 @@ bool R_TextGraph::write(const R_File& file, const R_Proband& proband, const R_Nu
   if (container.getCount() == 0 || !container.prepare()) return true;
   R_GraphCalculator calculator(file, proband, age, container);
   if (!calculator.ok()) return true;
+  R_GraphReference reference(container, calculator, file, proband);
+  if (!reference.ok()) return true;
   return true;
 }
