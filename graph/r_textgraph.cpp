@@ -10,8 +10,12 @@
 #include "graph/r_graphblockdata.h"
 #include "graph/r_graphcalculator.h"
 #include "graph/r_graphcontainer.h"
+#include "graph/r_graphlayout.h"
+#include "graph/r_graphreference.h"
 #include "knowledge/r_file.h"
 #include "knowledge/r_filestatistics.h"
+#include "knowledge/r_graphreflines.h"
+#include "output/r_outputinterface.h"
 #include "knowledge/r_knowledgexml.h"
 #include "xml/r_xmlparameters.h"
 #include "xml/r_xmlparser.h"
@@ -129,7 +133,8 @@ void R_TextGraph::save(R_OutputStream& stream) const {
   }
 }
 
-bool R_TextGraph::write(const R_File& file, const R_Proband& proband, const R_Number& age, R_OutputInterface&) const {
+bool R_TextGraph::write(const R_File& file, const R_Proband& proband, const R_Number& age,
+                        R_OutputInterface& output) const {
   // A damaged binary file may name a variable that the file lacks.
   int var_count = file.getStatistics().getVarCount();
   R_GraphContainer container(std::max(getBlockCount(), 1));
@@ -139,5 +144,10 @@ bool R_TextGraph::write(const R_File& file, const R_Proband& proband, const R_Nu
   if (container.getCount() == 0 || !container.prepare()) return true;
   R_GraphCalculator calculator(file, proband, age, container);
   if (!calculator.ok()) return true;
+  R_GraphReference reference(container, calculator, file, proband);
+  if (!reference.ok()) return true;
+  int kind = output.isGraphInSD() ? R_GraphRefLines::sdKind : R_GraphRefLines::percentileKind;
+  R_GraphLayout layout(container, reference, calculator, file.getGraphRefLines().getFormat(kind), output);
+  if (!layout.ok()) return true;
   return true;
 }

@@ -68,11 +68,13 @@ bool RecordingOutput::isGraphInSD() {
 }
 int RecordingOutput::getWidthMetric(int which) {
   record("getWidthMetric", {n(which)});
-  return metric_;
+  auto it = width_metrics_.find(which);
+  return it == width_metrics_.end() ? metric_ : it->second;
 }
 int RecordingOutput::getHeightMetric(int which) {
   record("getHeightMetric", {n(which)});
-  return metric_;
+  auto it = height_metrics_.find(which);
+  return it == height_metrics_.end() ? metric_ : it->second;
 }
 void RecordingOutput::beginGraph(int kind, const char* title, int width, int height) {
   record("beginGraph", {n(kind), q(title), n(width), n(height)});

@@ -8,6 +8,7 @@
 #define TESTS_SUPPORT_RECORDING_OUTPUT_H
 
 #include <initializer_list>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ class RecordingOutput : public R_OutputInterface {
   void setInvertedColumnCount(int count) { inverted_columns_ = count; }  // 6
   void setGraphInSD(bool in_sd) { graph_in_sd_ = in_sd; }                // true
   void setMetric(int metric) { metric_ = metric; }  // width and height metrics: 100
+  // One metric apart from the others.
+  void setWidthMetric(int which, int value) { width_metrics_[which] = value; }
+  void setHeightMetric(int which, int value) { height_metrics_[which] = value; }
   void setFontHeight(int height) { font_height_ = height; }              // 10
   void setCharWidth(int width) { char_width_ = width; }  // getTextWidth: 6 per byte
   void setDateFormat(const std::string& format) { date_format_ = format; }  // "%d.%m.%Y"
@@ -82,6 +86,8 @@ class RecordingOutput : public R_OutputInterface {
   int inverted_columns_ = 6;
   bool graph_in_sd_ = true;
   int metric_ = 100;
+  std::map<int, int> width_metrics_;
+  std::map<int, int> height_metrics_;
   int font_height_ = 10;
   int char_width_ = 6;
   std::string date_format_ = "%d.%m.%Y";
