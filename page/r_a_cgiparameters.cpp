@@ -6,6 +6,7 @@
 #include "core/r_ascii.h"
 #include "core/r_textbuffer.h"
 #include "page/r_a_clock.h"
+#include "proband/r_a_querytext.h"
 
 namespace {
 
@@ -69,7 +70,6 @@ void decodeValue(const char* text, const char* end, R_TextBuffer& out) {
   }
 }
 
-bool isSafe(unsigned char c) { return R_isAlnum(c) || (c != 0 && strchr("_-.!@#$*()[]{};/,", c) != nullptr); }
 
 // Makes a byte harmless inside a page's attribute or text.
 char harmless(char c) {
@@ -104,16 +104,9 @@ class QueryWriter {
     putText(name);
     put('=');
     for (; *value != 0 && length < room - 3; value++) {
-      unsigned char c = static_cast<unsigned char>(*value);
-      if (c == ' ') {
-        put('+');
-      } else if (isSafe(c)) {
-        put(static_cast<char>(c));
-      } else {
-        put('%');
-        put(hexDigits[c >> 4]);
-        put(hexDigits[c & 15]);
-      }
+      char text[3];
+      int count = R_A_QueryText::encodeValueByte(static_cast<unsigned char>(*value), text);
+      for (int i = 0; i < count; i++) put(text[i]);
     }
     put('&');
   }
@@ -134,7 +127,7 @@ int encodeCGI(const char* source, char* target, int size) {
   int length = 0;
   for (; *source != 0 && length < size - 4; source++) {
     unsigned char c = static_cast<unsigned char>(*source);
-    if (isSafe(c)) {
+    if (R_A_QueryText::isSafe(c)) {
       target[length++] = static_cast<char>(c);
     } else {
       target[length++] = '%';

@@ -27,20 +27,27 @@ void R_A_QueryText::putText(const char* text) {
   for (; *text; ++text) put(*text);
 }
 
+int R_A_QueryText::encodeValueByte(unsigned char c, char out[3]) {
+  static const char kHex[] = "0123456789ABCDEF";
+  if (c == ' ') {
+    out[0] = '+';
+  } else if (isSafe(c)) {
+    out[0] = static_cast<char>(c);
+  } else {
+    out[0] = '%';
+    out[1] = kHex[c >> 4];
+    out[2] = kHex[c & 15];
+    return 3;
+  }
+  return 1;
+}
+
 // Stops three bytes before the end, so that a '%' triple is never cut.
 void R_A_QueryText::putValue(const char* value) {
-  static const char kHex[] = "0123456789ABCDEF";
   for (; *value && length < size - 3; ++value) {
-    unsigned char c = static_cast<unsigned char>(*value);
-    if (c == ' ') {
-      put('+');
-    } else if (isSafe(c)) {
-      put(static_cast<char>(c));
-    } else {
-      put('%');
-      put(kHex[c >> 4]);
-      put(kHex[c & 15]);
-    }
+    char text[3];
+    int count = encodeValueByte(static_cast<unsigned char>(*value), text);
+    for (int i = 0; i < count; ++i) put(text[i]);
   }
 }
 

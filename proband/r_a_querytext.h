@@ -27,6 +27,9 @@ class R_A_QueryText {
 
   int getLength() const { return length; }
   static bool isSafe(unsigned char c);
+  // The text of byte `c` in a query value, as above, into `out`; answers
+  // its length, 1 or 3.
+  static int encodeValueByte(unsigned char c, char out[3]);
 
  private:
   void put(char c);
