@@ -6,6 +6,7 @@
 #include "core/r_string.h"
 #include "knowledge/r_filestatistics.h"
 #include "xml/r_xmlerrorreporter.h"
+#include "xml/r_xmlparser.h"
 
 namespace {
 
@@ -165,7 +166,9 @@ void R_TextTranslator::emit(char c) {
 void R_TextTranslator::fail(const char* message, const char* name, bool end) {
   ok = false;
   if (!reporter) return;
-  std::vector<char> line(strlen(message) + strlen(name) + 64);
-  snprintf(line.data(), line.size(), "error %s processing element <%s%s>", message, end ? "/" : "", name);
-  reporter->report(line.data());
+  // A message is cut to the length every reporter of the system takes; a
+  // tag name may be as long as a whole tag.
+  char line[R_XMLParser::longestMessage + 1];
+  snprintf(line, sizeof line, "error %s processing element <%s%s>", message, end ? "/" : "", name);
+  reporter->report(line);
 }

@@ -86,7 +86,8 @@ TEST(TextTranslatorTest, SurvivesLongTagsAndWorksWithoutReporter) {
   Lines lines;
   translate("a<" + std::string(8192, 'x') + "/>", &lines);
   ASSERT_EQ(1u, lines.size());
-  EXPECT_EQ("error wrong standalone element processing element <" + std::string(8192, 'x') + ">", lines[0]);
+  // Cut, like every message of the system, to 255 bytes.
+  EXPECT_EQ(("error wrong standalone element processing element <" + std::string(8192, 'x')).substr(0, 255), lines[0]);
 }
 
 TEST(TextParagraphTest, LoadsOnlyATextThatTranslates) {
