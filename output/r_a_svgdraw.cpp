@@ -39,25 +39,30 @@ int patternPeriod(unsigned pattern) {
   return 16;
 }
 
-// The drawn and left-out runs of dots of one period of `pattern`, starting
-// at dot index k = first (dot n = k + 1), drawn runs first: a period that
-// begins with a gap gets a drawn run of 0, and an odd count a gap of 0, so
-// that the runs repeat in step. Answers the count.
-int dashRuns(unsigned pattern, int stretch, int64_t first, int runs[]) {
-  const int64_t period = static_cast<int64_t>(patternPeriod(pattern)) * stretch;
-  int count = 0;
-  bool drawn = true;
-  runs[0] = 0;
-  for (int64_t k = first; k < first + period; ++k) {
-    const bool dot = ((pattern >> (((k + 1) / stretch) & 15)) & 1) != 0;
-    if (dot != drawn) {
-      drawn = dot;
-      runs[++count] = 0;
-    }
-    runs[count]++;
+// The dash array of a line: one period of `pattern` over the dots from
+// dot index `first` (dot n = k + 1), as lengths of drawn and left-out runs,
+// starting with the first drawn run that follows a gap. A pen `w` pixels
+// long stretches the pattern w times and lets a drawn run reach w - 1
+// further, into the following gap, which is at least w dots long. `*phase`
+// is where in the array the line starts. Requires: pattern neither 0 nor
+// solid. Answers the count.
+int dashRuns(unsigned pattern, int w, int64_t first, int runs[], int* phase) {
+  const int stretch = w;
+  const int period = patternPeriod(pattern) * stretch;
+  bool drawn[48];
+  for (int i = 0; i < period; ++i) {
+    drawn[i] = ((pattern >> (((first + i + 1) / stretch) & 15)) & 1) != 0;
   }
-  count++;
-  if (count % 2 != 0) runs[count++] = 0;
+  int start = 0;
+  while (!drawn[start] || drawn[(start + period - 1) % period]) ++start;
+  int count = 0;
+  for (int i = 0; i < period; ++i) {
+    const int at = (start + i) % period;
+    if (i == 0 || drawn[at] != drawn[(at + period - 1) % period]) runs[count++] = 0;
+    runs[count - 1]++;
+  }
+  for (int i = 0; i < count; ++i) runs[i] += i % 2 == 0 ? w - 1 : 1 - w;
+  *phase = (period - start) % period;
   return count;
 }
 
@@ -207,19 +212,20 @@ void R_A_SVGDraw::drawLine(int x0, int y0, int x1, int y1, int color, int patter
     put("\"");
   }
   if (dashes != _solid) {
-    // A dot's run is centred on it; the stroke starts (w - 1) / 2 earlier.
+    // The array counts in steps of the main axis; the stroke is longer.
     const double unit = std::sqrt(stepX * stepX + stepY * stepY);
-    int runs[2 * 48 + 2];
-    const int count = dashRuns(dashes, w, first, runs);
+    int runs[48];
+    int phase = 0;
+    const int count = dashRuns(dashes, w, first, runs, &phase);
     put(" stroke-dasharray=\"");
     for (int i = 0; i < count; ++i) {
       if (i > 0) put(" ");
       putNumber(runs[i] * unit);
     }
     put("\"");
-    if (w != 1) {
+    if (phase != 0) {
       put(" stroke-dashoffset=\"");
-      putNumber(-0.5 * (w - 1) * unit);
+      putNumber(phase * unit);
       put("\"");
     }
   }
