@@ -16,6 +16,9 @@ const int kCircleSides = 16;
 // far off every picture and are held there, so that no text gets absurd.
 const double kFarthest = 1e12;
 
+// More than the bytes of the document around the elements.
+const size_t kFrameBytes = 512;
+
 // A pen covers 1, 2 or 3 pixels across and stretches the dashes as much;
 // the dot at (x, y) covers the square from (x, y) less `penBack` to that
 // plus the pen's width.
@@ -413,9 +416,11 @@ void R_A_SVGDraw::getDocument(R_TextBuffer& out) const {
 
 bool R_A_SVGDraw::save(const char* path) const {
   if (isEmpty() || !complete || path == nullptr) return false;
+  // The head and the end take less than kFrameBytes; with the room there
+  // from the start, no byte of the document can be dropped.
   R_TextBuffer document;
+  if (!document.reserve(body.size() + kFrameBytes)) return false;
   getDocument(document);
-  if (document.size() < body.size()) return false;  // the heap refused room
   R_SafeFile file(path, R_SafeFile::unsyncedSteps());
   if (!file.isOK()) return false;
   const unsigned char* bytes = reinterpret_cast<const unsigned char*>(document.data());
