@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "output/r_a_htmloutput.h"
@@ -46,6 +47,32 @@ std::string xmlComplaints(const std::string& file) {
 int fixedRandom() { return 7; }
 long long fixedClock() { return 3; }
 
+// An output of "svg" graphs into a fresh folder, with the process-wide
+// state started afresh.
+struct SVGPage {
+  SVGPage() {
+    R_A_HTMLOutput::resetProcessState();
+    setup.setStr(R_A_Setup::strGraphExtension, "svg");
+  }
+  R_A_HTMLOutput& out() {
+    if (output == nullptr) {
+      output.reset(new R_A_HTMLOutput(setup, sink, parameters));
+      output->setGraphDirs((dir.path() + "/").c_str(), "g/");
+    }
+    return *output;
+  }
+  // The file that the sink heard of last.
+  std::string lastFile() const {
+    const std::string& event = sink.events().back();
+    return event.substr(6, event.find(' ', 6) - 6);
+  }
+  TempDir dir;
+  FakeSetup setup;
+  FakeParameters parameters;
+  CollectingPageSink sink;
+  std::unique_ptr<R_A_HTMLOutput> output;
+};
+
 // The corners of a ring of radius 2 around (8, 3): (2, 0) turned by pi/8
 // 17 times in doubles, truncated, plus the pixel centre (0.5, 0.5); the
 // drift makes the last turns give (1, 0) (python3, math.sin/cos).
@@ -59,37 +86,31 @@ const char* const kRing =
 // pen of 2 covers dot + (0..1, 0..1), so its stroke runs through dot + (1,
 // 1) from a whole step before the first dot to the last dot's far edge.
 TEST(SVGDrawTest, SmallGraphIsWrittenAsThisDocument) {
-  R_A_HTMLOutput::resetProcessState();
   R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
-  TempDir dir;
-  FakeSetup setup;
-  FakeParameters parameters;
-  CollectingPageSink sink;
-  setup.setStr(S::strGraphExtension, "svg");
-  setup.setStr(S::strGraphColorDataSecondary, "navy");
-  {
-    R_A_HTMLOutput out(setup, sink, parameters);
-    out.setGraphDirs((dir.path() + "/").c_str(), "g/");
-    out.beginGraph(0, "Small", 12, 8);
-    out.fillArea(0, 0, 11, 7, 0, 0);
-    out.frameArea(1, 1, 10, 6, 1, 0);
-    // 0xCCCC: dot n is drawn when bit n % 4 is 2 or 3, so k = 1, 2 of each
-    // 4: the array starts at k = 1, 3 steps before the line's k = 0 + 4.
-    out.drawRasterLine(1, 4, 11, 4, 3);
-    out.drawDataLine(2, 2, 6, 4, 1);  // steps (1, 0.5); dots 0 to 3
-    out.drawMark(8, 3, 0, true);      // r = 5 / 2 = 2: nothing to clear
-    // Columns 2 to 9 of 0..11: at x = 1.5, A = 2 + 4 * 1.5 / 12 = 2.5 and
-    // B = 5 - 2 * 1.5 / 12 = 4.75; at 9.5, A = 5.167 lies below B = 3.417,
-    // so both go one row down.
-    out.setClip(9, 6, 2, 2);
-    out.drawBand(0, 2, 5, 12, 6, 3, 0);
-    // 3 bytes: 24 wide, so the left edge is 11 - 24; 0x01 is no XML text.
-    out.drawText(11, 0, 0, 1, 4, "\xE9&\x01");
-    out.endGraph(0, "Small");
-  }
-  const std::string path = dir.path() + "/731.svg";
-  EXPECT_EQ(sink.events().back(), "graph " + path + " g/731.svg");
-  EXPECT_EQ(sink.text(), "<center><p><i>Small</i><br><img src=\"g/731.svg\"></img></p></center>");
+  SVGPage page;
+  page.setup.setStr(S::strGraphColorDataSecondary, "navy");
+  R_A_HTMLOutput& out = page.out();
+  out.beginGraph(0, "Small", 12, 8);
+  out.fillArea(0, 0, 11, 7, 0, 0);
+  out.frameArea(1, 1, 10, 6, 1, 0);
+  // 0xCCCC: dot n is drawn when bit n % 4 is 2 or 3, so k = 1, 2 of each
+  // 4: the array starts at k = 1, 3 steps before the line's k = 0 + 4.
+  out.drawRasterLine(1, 4, 11, 4, 3);
+  out.drawDataLine(2, 2, 6, 4, 1);  // steps (1, 0.5); dots 0 to 3
+  out.drawMark(8, 3, 0, true);      // r = 5 / 2 = 2: nothing to clear
+  // Columns 2 to 9 of 0..11: at x = 1.5, A = 2 + 4 * 1.5 / 12 = 2.5 and
+  // B = 5 - 2 * 1.5 / 12 = 4.75; at 9.5, A = 5.167 lies below B = 3.417,
+  // so both go one row down.
+  out.setClip(9, 6, 2, 2);
+  out.drawBand(0, 2, 5, 12, 6, 3, 0);
+  // 3 bytes: 24 wide, so the left edge is 11 - 24; 0x01 is no XML text.
+  out.drawText(11, 0, 0, 1, 4, "\xE9&\x01");
+  out.endGraph(0, "Small");
+  R_A_HTMLOutput::setNameSources(nullptr, nullptr);
+  const std::string path = page.dir.path() + "/731.svg";
+  EXPECT_EQ(page.sink.events().back(), "graph " + path + " g/731.svg");
+  EXPECT_EQ(page.sink.text(),
+            "<center><p><i>Small</i><br><img src=\"g/731.svg\"></img></p></center>");
   EXPECT_EQ(readFile(path),
             kHead + "<rect width=\"12\" height=\"8\" fill=\"#ffffff\"/>\n"
             "<rect x=\"0\" y=\"0\" width=\"12\" height=\"8\" fill=\"#ffffff\"/>\n"
@@ -111,7 +132,6 @@ TEST(SVGDrawTest, SmallGraphIsWrittenAsThisDocument) {
             "lengthAdjust=\"spacingAndGlyphs\" fill=\"#483d8b\">\xE9&amp;?</text>\n"
             "</svg>\n");
   EXPECT_EQ(xmlComplaints(path), "");
-  R_A_HTMLOutput::setNameSources(nullptr, nullptr);
 }
 
 struct ElementRow {
@@ -200,20 +220,15 @@ TEST(SVGDrawTest, EmptySurfaceDrawsAndSavesNothingAndAFailedSaveLeavesNoFile) {
 }
 
 // Coordinates and settings at the ends of int stay bounded, and the file
-// stays well-formed (run under the sanitizers).
+// stays well-formed (run under the sanitizers); so is the browser test's
+// picture.
 TEST(SVGDrawTest, ExtremeCoordinatesGiveABoundedWellFormedFile) {
   const int lo = INT_MIN, hi = INT_MAX;
-  R_A_HTMLOutput::resetProcessState();
-  TempDir dir;
-  FakeSetup setup;
-  FakeParameters parameters;
-  CollectingPageSink sink;
-  setup.setStr(S::strGraphExtension, "svg");
+  SVGPage page;
   for (int code : {S::intGraphMarkWidth, S::intGraphArrowWidth, S::intGraphTargetWidth}) {
-    setup.setInt(code, hi);
+    page.setup.setInt(code, hi);
   }
-  R_A_HTMLOutput out(setup, sink, parameters);
-  out.setGraphDirs((dir.path() + "/").c_str(), "");
+  R_A_HTMLOutput& out = page.out();
   out.beginGraph(0, "", 30, 20);
   out.setClip(lo, lo, hi, hi);
   out.drawBand(lo, lo, hi, hi, hi, lo, 0);
@@ -224,24 +239,10 @@ TEST(SVGDrawTest, ExtremeCoordinatesGiveABoundedWellFormedFile) {
   out.drawText(lo, lo, 1, 2, 0, "xyz");
   out.frameArea(lo, lo, hi, hi, 1, 0);
   out.endGraph(0, "");
-  const std::string event = sink.events().back();
-  const std::string path = event.substr(6, event.find(' ', 6) - 6);
-  EXPECT_LT(readFile(path).size(), 8000u);
-  EXPECT_EQ(xmlComplaints(path), "");
-}
-
-// The browser test's picture is well-formed too.
-TEST(SVGDrawTest, TestPictureIsWellFormed) {
-  TempDir dir;
-  FakeSetup setup;
-  FakeParameters parameters;
-  CollectingPageSink sink;
-  setup.setStr(S::strGraphExtension, "svg");
-  R_A_HTMLOutput out(setup, sink, parameters);
-  out.setGraphDirs((dir.path() + "/").c_str(), "");
+  EXPECT_LT(readFile(page.lastFile()).size(), 8000u);
+  EXPECT_EQ(xmlComplaints(page.lastFile()), "");
   paintTestPicture(out);
-  const std::string event = sink.events().back();
-  EXPECT_EQ(xmlComplaints(event.substr(6, event.find(' ', 6) - 6)), "");
+  EXPECT_EQ(xmlComplaints(page.lastFile()), "");
 }
 
 }  // namespace
