@@ -29,6 +29,9 @@ inline void paintTestPicture(R_OutputInterface& out) {
   // Dashes 0xCCCC from y = 10: dot k is drawn when k % 4 is 1 or 2, so
   // (130, 11) and (130, 12) are darkgreen, (130, 13) white.
   out.drawRasterLine(130, 10, 130, 149, 3);
+  // The same sloping, one up every second column: dot k at (140 + k, 140
+  // - k / 2), so (142, 139) and (146, 137) are darkgreen, (144, 138) white.
+  out.drawRasterLine(140, 140, 220, 100, 3);
   // 60 down over 199 columns: at x = 40 the line is 60 * 10 / 199 = 3.02
   // up, so (40, 112) is darkslateblue.
   out.drawRefLine(30, 115, 229, 55, 0);
