@@ -8,10 +8,13 @@
 //
 // Colours are the 16 indices of a palette, black until set; an element
 // takes the colour its index has when it is drawn, so the palette is set
-// first. Text is in a monospace font stretched to the canvas font's cells,
-// 8 pixels a byte, so that getTextWidth and getFontHeight measure it
-// exactly as they measure the canvas's text. Text bytes are Windows-1250,
-// and the file says so.
+// first. Like a new canvas the picture starts all colour 0, in the colour
+// that index 0 has when the document is written.
+//
+// Text is in a monospace font stretched to the canvas font's cells, 8
+// pixels a byte, so that getTextWidth and getFontHeight measure it exactly
+// as they measure the canvas's text. Text bytes are Windows-1250, and the
+// file says so.
 //
 // A surface of width or height 0 or below, or above _maxSide, is empty: it
 // draws nothing and saves no file. Not copyable.
