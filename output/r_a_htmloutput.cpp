@@ -280,6 +280,7 @@ R_A_HTMLOutput::R_A_HTMLOutput(const R_A_Setup& setup_, R_A_PageSink& sink_,
   const char* text = extension.get();
   if (strcmp(text, "bmp") == 0) format = formatBMP;
   if (strcmp(text, "pcx") == 0) format = formatPCX;
+  if (strcmp(text, "svg") == 0) format = formatSVG;
   if (strcmp(text, "wmf") == 0) format = formatWMF;
 }
 
@@ -494,11 +495,17 @@ void R_A_HTMLOutput::beginGraph(int, const char* title, int width, int height) {
           toPixel(static_cast<int64_t>(height) - 1));
   if (isBitmap()) {
     VECTORDRAW.reset();
+    SVGDRAW.reset();
     BITMAPDRAW.reset(new R_A_BitmapDraw(width, height));
+    return;
+  }
+  if (format == formatSVG) {
+    beginSVG(width, height);
     return;
   }
   if (format != formatWMF) return;
   BITMAPDRAW.reset();
+  SVGDRAW.reset();
   makeGraphFileName();
   VECTORDRAW.reset(new R_A_VectorDraw(graphPath.get(), width, height));
   // The metafile counts its colours from 0 rather than by palette index.
@@ -511,13 +518,27 @@ void R_A_HTMLOutput::beginGraph(int, const char* title, int width, int height) {
   emitPiece(graph, title, graphUrl.get());
 }
 
+void R_A_HTMLOutput::beginSVG(int width, int height) {
+  BITMAPDRAW.reset();
+  VECTORDRAW.reset();
+  SVGDRAW.reset(new R_A_SVGDraw(width, height));
+  for (int row = 0; row < paletteRows; row++) {
+    SVGDRAW->setColorName(getPaletteIndex(row), getPaletteColorName(row));
+  }
+}
+
 void R_A_HTMLOutput::endGraph(int, const char* title) {
   makeGraphFileName();
+  // A canvas or SVG surface that cannot be saved leaves no file; the page
+  // still shows where the graph belongs.
   if (BITMAPDRAW != nullptr) {
-    // A canvas that cannot be saved leaves no file; the page still shows
-    // where the graph belongs.
     saveBitmap();
     BITMAPDRAW.reset();
+    emitPiece(graph, title, graphUrl.get());
+  }
+  if (SVGDRAW != nullptr) {
+    SVGDRAW->save(graphPath.get());
+    SVGDRAW.reset();
     emitPiece(graph, title, graphUrl.get());
   }
   VECTORDRAW.reset();  // completes the metafile
@@ -538,12 +559,12 @@ void R_A_HTMLOutput::saveBitmap() {
 bool R_A_HTMLOutput::isDoubled() const { return setup.getInt(S::intGraphBitmapTextDouble, 0) != 0; }
 
 int R_A_HTMLOutput::getFontHeight(int) {
-  if (isBitmap()) return R_A_BitmapDraw::getFontHeight(isDoubled());
+  if (hasFontCells()) return R_A_BitmapDraw::getFontHeight(isDoubled());
   return format == formatWMF ? R_A_VectorDraw::getFontHeight(isDoubled()) : 0;
 }
 
 int R_A_HTMLOutput::getTextWidth(int, const char* text) {
-  if (isBitmap()) return R_A_BitmapDraw::getTextWidth(text);
+  if (hasFontCells()) return R_A_BitmapDraw::getTextWidth(text);
   return format == formatWMF ? R_A_VectorDraw::getTextWidth(text) : 0;
 }
 
@@ -553,6 +574,7 @@ void R_A_HTMLOutput::setClip(int x1, int y1, int x2, int y2) {
   clipYMin = y1 < y2 ? y1 : y2;
   clipYMax = y1 < y2 ? y2 : y1;
   if (VECTORDRAW != nullptr) VECTORDRAW->setClip(clipXMin, clipYMin, clipXMax, clipYMax);
+  if (SVGDRAW != nullptr) SVGDRAW->setClip(clipXMin, clipYMin, clipXMax, clipYMax);
 }
 
 // ---- Drawing
@@ -560,6 +582,7 @@ void R_A_HTMLOutput::setClip(int x1, int y1, int x2, int y2) {
 void R_A_HTMLOutput::line(int x1, int y1, int x2, int y2, int color, int pattern, int pen) {
   if (BITMAPDRAW != nullptr) BITMAPDRAW->drawLine(x1, y1, x2, y2, color, pattern, pen);
   if (VECTORDRAW != nullptr) VECTORDRAW->drawLine(x1, y1, x2, y2, color, pattern, pen);
+  if (SVGDRAW != nullptr) SVGDRAW->drawLine(x1, y1, x2, y2, color, pattern, pen);
 }
 
 void R_A_HTMLOutput::solidLine(int x1, int y1, int x2, int y2, int color) {
@@ -569,6 +592,7 @@ void R_A_HTMLOutput::solidLine(int x1, int y1, int x2, int y2, int color) {
 void R_A_HTMLOutput::circle(int x, int y, int radius, int color) {
   if (BITMAPDRAW != nullptr) BITMAPDRAW->drawCircle(x, y, radius, color);
   if (VECTORDRAW != nullptr) VECTORDRAW->drawCircle(x, y, radius, color);
+  if (SVGDRAW != nullptr) SVGDRAW->drawCircle(x, y, radius, color);
 }
 
 void R_A_HTMLOutput::drawText(int x, int y, int verticalAlign, int horizontalAlign, int font,
@@ -579,16 +603,20 @@ void R_A_HTMLOutput::drawText(int x, int y, int verticalAlign, int horizontalAli
     VECTORDRAW->drawText(x, y, verticalAlign, horizontalAlign, color, text);
     return;
   }
-  if (BITMAPDRAW == nullptr) return;
+  if (BITMAPDRAW == nullptr && SVGDRAW == nullptr) return;
   const int left = toPixel(x - alignShift(horizontalAlign, getTextWidth(font, text)));
   const int top = toPixel(y - alignShift(verticalAlign, getFontHeight(font)));
-  BITMAPDRAW->drawString(left, top, color, isDoubled(), colorBackground, text);
+  if (BITMAPDRAW != nullptr) {
+    BITMAPDRAW->drawString(left, top, color, isDoubled(), colorBackground, text);
+  }
+  if (SVGDRAW != nullptr) SVGDRAW->drawString(left, top, color, isDoubled(), colorBackground, text);
 }
 
 void R_A_HTMLOutput::fillArea(int x1, int y1, int x2, int y2, int area, int) {
   if (area < 0 || area >= areaColorCount) return;
   if (BITMAPDRAW != nullptr) BITMAPDRAW->fillRect(x1, y1, x2, y2, areaColors[area]);
   if (VECTORDRAW != nullptr) VECTORDRAW->fillRect(x1, y1, x2, y2, areaColors[area]);
+  if (SVGDRAW != nullptr) SVGDRAW->fillRect(x1, y1, x2, y2, areaColors[area]);
 }
 
 void R_A_HTMLOutput::frameArea(int x1, int y1, int x2, int y2, int area, int) {
@@ -611,8 +639,9 @@ void R_A_HTMLOutput::drawRefLine(int x1, int y1, int x2, int y2, int kind) {
 
 // Only the columns inside both the clip and the canvas are worked out, so a
 // band of any length costs at most the canvas's width. A metafile draws no
-// lines, so it gets none.
+// lines, so it gets none; an SVG surface takes the band as one shape.
 void R_A_HTMLOutput::drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int) {
+  if (SVGDRAW != nullptr) SVGDRAW->fillBand(x1, yA1, yB1, x2, yA2, yB2, colorBand);
   if (BITMAPDRAW == nullptr) return;
   const bool swap = x2 < x1;
   const int64_t left = swap ? x2 : x1, right = swap ? x1 : x2;
@@ -680,6 +709,8 @@ void R_A_HTMLOutput::drawMark(int x, int y, int series, bool small) {
       circle(x, y, static_cast<int>(radius), colorBackground);
     }
   }
+  // The rings of radius 2 to r - 2 together clear a disc.
+  if (SVGDRAW != nullptr && r - 2 >= 2) SVGDRAW->fillCircle(x, y, r - 2, colorBackground);
   const int64_t x64 = x, y64 = y;
   solidLine(toPixel(x64 - r), y, toPixel(x64 + r), y, color);
   solidLine(x, toPixel(y64 - r), x, toPixel(y64 + r), color);

@@ -13,7 +13,9 @@
 // the parameters without owning them; they must outlive it. Not copyable.
 //
 // Graphs: "bmp" and "pcx" are drawn on a canvas of 16 colours that endGraph
-// saves in that format and places in the page; "wmf" opens a metafile at
+// saves in that format and places in the page; "svg" is drawn the same way
+// as SVG elements over the same pixels, saved and placed at endGraph too;
+// "wmf" opens a metafile at
 // beginGraph and places it at once. Any other graph-extension gives no file
 // and no page text, and its drawing calls, like all drawing outside
 // beginGraph and endGraph, have no effect. A graph file that cannot be
@@ -25,6 +27,7 @@
 
 #include "core/r_string.h"
 #include "output/r_a_bitmapdraw.h"
+#include "output/r_a_svgdraw.h"
 #include "output/r_a_vectordraw.h"
 #include "output/r_outputinterface.h"
 
@@ -34,8 +37,8 @@ class R_A_Setup;
 
 class R_A_HTMLOutput : public R_OutputInterface {
  public:
-  // Reads `graph-extension` (default "bmp") once: only "bmp", "pcx" and "wmf",
-  // compared exactly, lead to graph files.
+  // Reads `graph-extension` (default "bmp") once: only "bmp", "pcx", "svg"
+  // and "wmf", compared exactly, lead to graph files.
   R_A_HTMLOutput(const R_A_Setup& setup, R_A_PageSink& sink, const R_A_Parameters& parameters);
   // Destroys a graph still open: a canvas unsaved, a metafile completed.
   ~R_A_HTMLOutput() override;
@@ -96,18 +99,20 @@ class R_A_HTMLOutput : public R_OutputInterface {
   const char* getSDAppend(int kind) override;  // the same text for every kind
 
   // Sets the clip to the whole graph and opens its surface: a canvas of
-  // width x height for "bmp" and "pcx"; for "wmf" a metafile under a fresh
+  // width x height for "bmp" and "pcx", an SVG surface given the palette for
+  // "svg"; for "wmf" a metafile under a fresh
   // file name, given the palette and vector-big-font-height, and placed in the
   // page at once. Requires: no graph open (an open one would be dropped).
   void beginGraph(int kind, const char* title, int width, int height) override;
-  // Takes a file name; a canvas is saved there with the palette, destroyed
-  // and placed in the page with `title`; a metafile is completed. Then the
+  // Takes a file name; a canvas is saved there with the palette, an SVG
+  // surface as it is, and either is destroyed and placed in the page with
+  // `title`; a metafile is completed. Then the
   // sink hears graphDone(path, url) for every extension; for "wmf" that is a
   // fresh name, not the one beginGraph placed.
   void endGraph(int kind, const char* title) override;
-  // Bitmap graphs ("bmp", "pcx") measure in the canvas's font cells, doubled
-  // when `graph-bitmap-text-double` is not 0; metafiles measure 0, and so
-  // does any other extension.
+  // Bitmap and SVG graphs ("bmp", "pcx", "svg") measure in the canvas's font
+  // cells, doubled when `graph-bitmap-text-double` is not 0; metafiles
+  // measure 0, and so does any other extension.
   int getFontHeight(int font) override;
   int getTextWidth(int font, const char* text) override;
 
@@ -131,7 +136,7 @@ class R_A_HTMLOutput : public R_OutputInterface {
   // right end, between the two lines rounded half up; limited to the clip.
   // `kind` plays no part.
   void drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int kind) override;
-  // Stores the bounds, smaller first; only bands honour them on a canvas.
+  // Stores the bounds, smaller first; only bands honour them.
   void setClip(int x1, int y1, int x2, int y2) override;
   // Rules from x - h to x + h at y1 and y2, h = 3/8 of graph-target-width,
   // and a vertical from y1 to y2. Style 1 (a single target, y1 = y2) runs the
@@ -147,9 +152,10 @@ class R_A_HTMLOutput : public R_OutputInterface {
   // inside cleared to the background first.
   void drawMark(int x, int y, int series, bool small) override;
 
-  // The open canvas or metafile, or null; for looking at a graph before
-  // endGraph takes it away.
+  // The open canvas, SVG surface or metafile, or null; for looking at a
+  // graph before endGraph takes it away.
   const R_A_BitmapDraw* getBitmapDraw() const { return BITMAPDRAW.get(); }
+  const R_A_SVGDraw* getSVGDraw() const { return SVGDRAW.get(); }
   const R_A_VectorDraw* getVectorDraw() const { return VECTORDRAW.get(); }
 
   // The number of colours a graph's palette takes from the setup.
@@ -167,7 +173,7 @@ class R_A_HTMLOutput : public R_OutputInterface {
 
  private:
   // What graph-extension makes of a graph.
-  enum GraphFormat { formatNone, formatBMP, formatPCX, formatWMF };
+  enum GraphFormat { formatNone, formatBMP, formatPCX, formatSVG, formatWMF };
 
   // `piece` is one of the page text pieces of the template table.
   void emitPiece(int piece, const char* arg1, const char* arg2);
@@ -175,9 +181,11 @@ class R_A_HTMLOutput : public R_OutputInterface {
   void put(char ch);
   void putText(const char* text);
   bool isBitmap() const { return format == formatBMP || format == formatPCX; }
-  // The colours of a graph, row by row: a bitmap takes the colour named for
-  // row r under getPaletteIndex(r) (index 6 is never set), a vector file
-  // under r itself. Requires: 0 <= row < paletteRows.
+  // Text measured in the canvas font's cells.
+  bool hasFontCells() const { return isBitmap() || format == formatSVG; }
+  // The colours of a graph, row by row: a bitmap or an SVG surface takes
+  // the colour named for row r under getPaletteIndex(r) (index 6 is never
+  // set), a vector file under r itself. Requires: 0 <= row < paletteRows.
   static int getPaletteIndex(int row);
   const char* getPaletteColorName(int row) const;
   // Takes the next graph file name into graphPath and graphUrl.
@@ -185,6 +193,8 @@ class R_A_HTMLOutput : public R_OutputInterface {
   bool isDoubled() const;
   // Saves the canvas on graphPath in the graph's format with the palette.
   void saveBitmap();
+  // Opens the SVG surface with the palette.
+  void beginSVG(int width, int height);
   // One primitive on whichever surface is open.
   void line(int x1, int y1, int x2, int y2, int color, int pattern, int pen);
   void solidLine(int x1, int y1, int x2, int y2, int color);
@@ -195,6 +205,7 @@ class R_A_HTMLOutput : public R_OutputInterface {
   // The surface of the open graph; at most one of them, and only between
   // beginGraph and endGraph.
   std::unique_ptr<R_A_BitmapDraw> BITMAPDRAW;
+  std::unique_ptr<R_A_SVGDraw> SVGDRAW;
   std::unique_ptr<R_A_VectorDraw> VECTORDRAW;
   GraphFormat format;
   R_String extension;  // graph-extension as the constructor found it

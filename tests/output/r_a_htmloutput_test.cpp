@@ -223,7 +223,7 @@ TEST_F(HTMLOutputTest, DefaultRandomDigitsFollowThePortableSequence) {
 TEST_F(HTMLOutputTest, BitmapTextIsMeasuredInFontCells) {
   const struct { const char* extension; int doubled, height, width; } rows[] = {
       {nullptr, 0, 10, 24}, {"pcx", 0, 10, 24}, {"bmp", 1, 18, 24},
-      {"wmf", 0, 0, 0},     {"BMP", 0, 0, 0},
+      {"wmf", 0, 0, 0},     {"BMP", 0, 0, 0},     {"svg", 1, 18, 24},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.extension ? row.extension : "default");
@@ -270,7 +270,10 @@ TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
       {"gif", "", true, "", "graph D/842748571.gif u/842748571.gif", ""},
       {"bmp", "missing/", true, placed + "1.bmp\"></img></p></center>",
        "graph D/missing/842748571.bmp u/842748571.bmp", ""},
+      {"svg", "", true, placed + "1.svg\"></img></p></center>",
+       "graph D/842748571.svg u/842748571.svg", "842748571.svg:3c3f "},
       {"bmp", "", false, "", "", ""},
+      {"svg", "", false, "", "", ""},
       {"wmf", "", false, placed + "1.wmf\"></img></p></center>", "", "842748571.wmf:d7cd "},
   };
   R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
