@@ -84,7 +84,8 @@ void replay(const std::string& line, R_OutputInterface& out) {
 // The painting suite's knowledge file tests/data/graph/draw.xml and its
 // proband growing.xml: a boy born 1.1.2010 with PARENT 104, a bone age of
 // 2.2, and lengths 84, 90, 125 and 104 at the ages 0.999, 1.999, 3.001 and
-// 4 (and a visit at 3.5 without a length). The measures are those of the
+// 4 (and a visit at 3.5 without a length), puberty stages 1, 2 and 3 at
+// 0.999, 1.999 and 4. The measures are those of the
 // HTML output but for the image width and the width of a byte, 6.
 class GraphDrawTest : public ::testing::Test {
  protected:
@@ -296,6 +297,48 @@ TEST_F(GraphDrawTest, ArrowsAnAnamnesticAndAListBlockWorkedByHand) {
       "endGraph 0 \"Mixed\"",
   };
   EXPECT_EQ(text(expected), text(painted("mixed")));
+}
+
+// A list variable that is its own X: its reference gives ages at each stage
+// and the block shows the stages along Y. Columns: Y label "P3" 12, line
+// labels 12: frame_left 16, plot 26 to 146 in an image 159 wide. Rows: 2
+// list cells, (2*10*3)/2 = 30: 0 16 46 70, image 84. x = 26 + floor(30*age
+// + 0.5), stages 1 2 3 at y 46 31 16. Lines (-3, 0, +1 SD) at stage 1:
+// -0.5, 1, 1.5 (x 11, 56, 71); at 2: 1, 2.5, 3 (56, 101, 116); at 3: 2.75,
+// 3.5, 3.75 (109, 131, 139).
+TEST_F(GraphDrawTest, AListThatIsItsOwnXIsDrawnAcrossWorkedByHand) {
+  output.setWidthMetric(0, 159);
+  const Lines expected = {
+      "beginGraph 0 \"Puberty\" 159 84",
+      "fillArea 0 0 158 83 0 -1",
+      "fillArea 16 0 158 70 3 0",
+      // A strip h = 5 at each stage, from the lowest to the highest age.
+      "setClip 16 70 158 0",
+      "drawBand 11 41 51 71 41 51 1", "drawBand 56 26 36 116 26 36 1", "drawBand 109 11 21 139 11 21 1",
+      "drawRasterLine 56 0 56 70 3", "drawRasterLine 116 0 116 70 3",
+      "drawRasterLine 26 0 26 70 2", "drawRasterLine 86 0 86 70 2", "drawRasterLine 146 0 146 70 2",
+      // Strokes where the age lies in the scale; each line labelled under its
+      // lowest stroke. That of -3 (age -0.5) lies outside: its label takes
+      // its place but is not drawn.
+      "drawRefLine 56 41 56 51 0", "drawRefLine 101 26 101 36 0", "drawRefLine 131 11 131 21 0",
+      "drawText 56 51 0 2 6 \"M\"",
+      "drawRefLine 56 26 56 36 1", "drawRefLine 109 11 109 21 1",
+      "drawRefLine 71 41 71 51 1", "drawRefLine 116 26 116 36 1", "drawRefLine 139 11 139 21 1",
+      "drawText 71 51 0 2 7 \"+1\"",
+      "drawText 26 74 0 2 0 \"0\"", "drawRasterLine 26 66 26 74 0",
+      "drawText 86 74 0 2 0 \"2\"", "drawRasterLine 86 66 86 74 0",
+      "drawText 146 74 0 2 0 \"4\"", "drawRasterLine 146 66 146 74 0",
+      "drawText 158 66 1 1 3 \"Age (y)\"",
+      "drawText 12 46 2 1 1 \"P1\"", "drawRasterLine 12 46 20 46 0",
+      "drawText 12 31 2 1 1 \"P2\"", "drawRasterLine 12 31 20 31 0",
+      "drawText 12 16 2 1 1 \"P3\"", "drawRasterLine 12 16 20 16 0",
+      "drawText 20 0 0 0 3 \"Puberty\"", "frameArea 16 0 158 70 3 0",
+      // The points (stage, age) are drawn as (age, stage).
+      "drawDataLine 56 46 86 31 0", "drawDataLine 86 31 146 16 0",
+      "drawMark 56 46 0 false", "drawMark 86 31 0 false", "drawMark 146 16 0 false",
+      "endGraph 0 \"Puberty\"",
+  };
+  EXPECT_EQ(text(expected), text(painted("puberty")));
 }
 
 // With the SD block ranked first, the X scale comes from its data, not from
