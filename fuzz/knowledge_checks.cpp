@@ -35,6 +35,15 @@ void checkKnowledgeRoundTrips(const R_File& file) {
   from_xml.loadXML(xml, &reporter);
 }
 
+// The page output's default measures, so that graphs and auxograms are wide
+// enough to be laid out and painted rather than given up as too narrow.
+void useReportMeasures(RecordingOutput& output) {
+  const int widths[] = {512, 10, 8, 16, 3, 6};
+  const int heights[] = {8, 2, 6, 3};
+  for (int which = 0; which < 6; ++which) output.setWidthMetric(which, widths[which]);
+  for (int which = 0; which < 4; ++which) output.setHeightMetric(which, heights[which]);
+}
+
 void computeEveryVariable(const R_File& file) {
   std::unique_ptr<R_Proband> proband(makeProband(file));
   R_Number age_today(8.5);
@@ -44,6 +53,7 @@ void computeEveryVariable(const R_File& file) {
   }
   for (int index = 0; index < file.getTextCount(); ++index) {
     RecordingOutput output;
+    useReportMeasures(output);
     const R_SuperText& text = *file.getText(index);
     text.isAvailable(file, *proband, age_today);
     text.write(file, *proband, age_today, output, 0);
