@@ -1,5 +1,5 @@
 // auxserve: serves the page application to a browser.
-//   auxserve [SETUPFILE] [--port N] [--bind ADDRESS]
+//   auxserve [SETUPFILE] [--port N] [--bind ADDRESS] [--today D.M.YYYY]
 // Exit codes: 0 after a clean stop (SIGINT, SIGTERM), 1 when a file is
 // missing or refused or the server cannot listen, 2 for a wrong usage.
 #include <pthread.h>
@@ -12,6 +12,8 @@
 #include <string>
 #include <thread>
 
+#include "core/r_date.h"
+#include "page/r_a_clock.h"
 #include "tools/auxserve/accesstoken.h"
 #include "tools/auxserve/httpserver.h"
 #include "tools/auxserve/pageservice.h"
@@ -66,6 +68,12 @@ int main(int argc, char** argv) {
   sigaddset(&stopSignals, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
   signal(SIGPIPE, SIG_IGN);
+
+  if (!options.today.empty()) {
+    R_Date today;
+    today.parse(options.today.c_str());
+    R_A_fixToday(today);
+  }
 
   PrintReporter reporter(stderr);
   PageService service;

@@ -3,16 +3,19 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/r_date.h"
 #include "page/r_a_setup.h"
 
 const char* const kServerUsage =
-    "usage: auxserve [SETUPFILE] [--port N] [--bind ADDRESS]\n"
+    "usage: auxserve [SETUPFILE] [--port N] [--bind ADDRESS] [--today D.M.YYYY]\n"
     "  SETUPFILE       the setup file (default auxserve.txt); the files it names\n"
     "                  are found relative to its folder\n"
     "  --port N        the port (default: port-number of the setup, else 8080);\n"
     "                  0 takes any free port\n"
     "  --bind ADDRESS  listen on ADDRESS instead of 127.0.0.1; needs an access\n"
-    "                  token in the environment variable AUXSERVE_TOKEN\n";
+    "                  token in the environment variable AUXSERVE_TOKEN\n"
+    "  --today D.M.YYYY  the date of today for ages and pages (default: the\n"
+    "                  system clock), for demonstrations and tests\n";
 
 namespace {
 
@@ -50,6 +53,13 @@ bool parseServerOptions(int argc, const char* const* argv, ServerOptions& option
         return false;
       }
       options.bind = argv[++i];
+    } else if (strcmp(arg, "--today") == 0) {
+      R_Date date;
+      if (i + 1 >= argc || !date.parse(argv[i + 1])) {
+        error = "--today needs a date D.M.YYYY";
+        return false;
+      }
+      options.today = argv[++i];
     } else if (arg[0] == '-' && arg[1] != 0) {
       error = std::string("unknown option ") + arg;
       return false;

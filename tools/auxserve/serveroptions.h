@@ -1,5 +1,5 @@
 // The command line of auxserve:
-//   auxserve [SETUPFILE] [--port N] [--bind ADDRESS]
+//   auxserve [SETUPFILE] [--port N] [--bind ADDRESS] [--today D.M.YYYY]
 // and the settings it takes from the setup file, with every path made
 // relative to the setup file's folder, so that a setup and the files it
 // names move together.
@@ -14,6 +14,7 @@ struct ServerOptions {
   std::string setupPath = "auxserve.txt";
   int port = -1;        // -1: the setup's port-number, else 8080; 0: any free port
   std::string bind;     // empty: 127.0.0.1 and no access token
+  std::string today;    // empty: the system clock
   bool help = false;
 };
 
