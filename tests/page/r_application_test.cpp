@@ -215,3 +215,25 @@ TEST_F(ApplicationTest, TheTemporaryProbandComesFromTheRequest) {
   writeFile(dir.file("t.htm"), page);
   EXPECT_EQ("Berta|twin|1|12=,yes,;", request("/temp?_page=t&" + query));
 }
+
+TEST_F(ApplicationTest, WholePagesFromFixtureTemplates) {
+  const std::string pages = testData("page/pages/");
+  app->setPages("http://pages/", pages.c_str(), ".htm");
+  setup.setInt(R_A_Setup::intProbandsPerPage, 1);
+  // One proband per window: a full window walks two, and the next window
+  // starts at 0 + 1.
+  const struct {
+    const char* query;
+    const char* expected;
+  } rows[] = {
+      {"_page=list&_top=0&_srch=x%3Cy", "list_notfound.txt"},
+      {"_page=proband&_p_id=r100", "proband_adam.txt"},
+      {"_page=proband&_p_id=r999", "proband_none.txt"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.query);
+    EXPECT_EQ(readFile(pages + row.expected), request(row.query));
+  }
+  setup.setInt(R_A_Setup::intProbandsPerPage, 50);
+  EXPECT_EQ(readFile(pages + "list_all.txt"), request("_page=list"));
+}
