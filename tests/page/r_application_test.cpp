@@ -8,6 +8,7 @@
 #include <string>
 
 #include "page/r_a_commandorder.h"
+#include "page/r_a_errorreporter.h"
 #include "proband/r_proband.h"
 #include "tests/page/page_fixture.h"
 
@@ -236,4 +237,18 @@ TEST_F(ApplicationTest, WholePagesFromFixtureTemplates) {
   }
   setup.setInt(R_A_Setup::intProbandsPerPage, 50);
   EXPECT_EQ(readFile(pages + "list_all.txt"), request("_page=list"));
+}
+
+TEST(ErrorReporterTest, KeepsTheLinesThatFitBelow2048Bytes) {
+  R_A_ErrorReporter reporter;
+  reporter.report("first");
+  reporter.report(nullptr);
+  // 6 + 1 bytes so far; 7 + 2040 = 2047 is below 2048 and is taken, which
+  // makes 2048 bytes with its newline; then even "" no longer fits.
+  reporter.report(std::string(2040, 'x').c_str());
+  reporter.report("");
+  EXPECT_EQ("first\n\n" + std::string(2040, 'x') + "\n", reporter.getText());
+  reporter.clear();
+  reporter.report(std::string(2048, 'y').c_str());
+  EXPECT_STREQ("", reporter.getText());
 }
