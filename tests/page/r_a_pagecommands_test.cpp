@@ -198,3 +198,18 @@ TEST_F(PageCommandsTest, TheTableHoldsEveryCommandOnce) {
     }
   }
 }
+
+TEST_F(PageCommandsTest, WindowSumsDoNotOverflowForAnySize) {
+  setup.setInt(R_A_Setup::intProbandsPerPage, -2147483647 - 1);
+  const Row rows[] = {
+      // previous: 0 - (-2^31) = 2147483648; next: 0 + (-2^31), as 0 is not
+      // above 3 + 2^31. One body, and then the count exceeds the size.
+      {"_top=5", "$get-window-top-previous/$get-window-top-next$if-window-next n$end", "2.14748e+09/-2.14748e+09 n"},
+      {"", "$for-each-selected-proband-in-window$get-proband-name,$end", "Adam,"},
+  };
+  runRows(rows, sizeof(rows) / sizeof(rows[0]));
+  setup.setInt(R_A_Setup::intProbandsPerPage, 2147483647);
+  // top 5 becomes 3 - (2^31 - 1) = -2147483644; next: top is above that?
+  // no, equal: top + size = 3.
+  EXPECT_EQ("0/3", walk("_top=5", "$get-window-top-previous/$get-window-top-next"));
+}
