@@ -9,6 +9,8 @@
 
 #include "page/r_a_commandorder.h"
 #include "page/r_a_errorreporter.h"
+#include "page/r_a_parser.h"
+#include "page/r_a_textlist.h"
 #include "proband/r_proband.h"
 #include "tests/page/page_fixture.h"
 
@@ -257,4 +259,20 @@ TEST(ErrorReporterTest, KeepsTheLinesThatFitBelow2048Bytes) {
   reporter.clear();
   reporter.report(std::string(2048, 'y').c_str());
   EXPECT_STREQ("", reporter.getText());
+}
+
+TEST(ParserTest, OnlyAReadableFileGivesAValidParser) {
+  TempDir dir;
+  writeFile(dir.file("empty.htm"), "");
+  R_A_Parser empty(dir.file("empty.htm").c_str());
+  EXPECT_TRUE(empty.isValid());
+  EXPECT_FALSE(empty.isMore());
+  EXPECT_FALSE(R_A_Parser(dir.file("missing.htm").c_str()).isValid());
+  EXPECT_FALSE(R_A_Parser(dir.path().c_str()).isValid());  // a folder opens but does not read
+  EXPECT_FALSE(R_A_Parser(nullptr).isValid());
+}
+
+TEST(TextListTest, AFileThatIsNotLoadedListsNothing) {
+  R_File unloaded;
+  EXPECT_EQ(0, R_A_TextList(unloaded).getCount());
 }
