@@ -162,6 +162,8 @@ TEST_F(ApplicationTest, NewAddsRecordsAndVisitsAndSavesThem) {
   std::string order2 = "&_order=" + std::to_string(firstOrder + 1);
   EXPECT_EQ("3:Cyril:0", walk("_cmd=new" + order2 + "&_p_id=r102&_p_name=Cyril&_m_age=&HEIGHT=100",
                               "$get-proband-index:$get-proband-name:$get-measure-count"));
+  // A request without a comment empties the record's comment.
+  EXPECT_STREQ("", db->getText(2, 1).get());
   // No identifier and no sex: nothing is added.
   std::string order3 = "&_order=" + std::to_string(firstOrder + 2);
   EXPECT_EQ("[]", walk("_cmd=new" + order3 + "&_p_name=Eva", "[$get-proband-name]"));
