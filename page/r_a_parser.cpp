@@ -4,7 +4,10 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <climits>
+#include <unordered_map>
+#include <vector>
 
 #include "core/r_ascii.h"
 
@@ -59,7 +62,7 @@ char* readWholeFile(const char* path, int* size) {
 }  // namespace
 
 R_A_Parser::R_A_Parser(const char* path)
-    : text(nullptr), borrowed(false), valid(false), position(0), length(0), parent(nullptr), endPosition(-1) {
+    : text(nullptr), borrowed(false), valid(false), position(0), length(0), parent(nullptr), endPosition(-1), index(nullptr) {
   int size = 0;
   char* data = readWholeFile(path, &size);
   if (!data) return;
@@ -70,11 +73,11 @@ R_A_Parser::R_A_Parser(const char* path)
 
 R_A_Parser::R_A_Parser(const char* source, int size)
     : text(source), borrowed(true), valid(source != nullptr && size >= 0), position(0),
-      length(valid ? size : 0), parent(nullptr), endPosition(-1) {}
+      length(valid ? size : 0), parent(nullptr), endPosition(-1), index(nullptr) {}
 
 R_A_Parser::R_A_Parser(R_A_Parser& block_parent, bool condition)
     : text(block_parent.text), borrowed(true), valid(false), position(0), length(0), parent(&block_parent),
-      endPosition(-1) {
+      endPosition(-1), index(nullptr) {
   int elsePos = -1;
   scanBlock(block_parent, &elsePos, &endPosition);
   if (endPosition < 0) return;
@@ -89,38 +92,87 @@ R_A_Parser::R_A_Parser(R_A_Parser& block_parent, bool condition)
   length = end - begin;
 }
 
+// Every "$" of the text with the block word behind it, and the nesting level
+// in front of each: a scan from any position p meets its block's $end at the
+// first "end" behind p whose level equals the level at p (the level never
+// falls below it before), and its $else at the last such "else" before that.
+struct R_A_Parser::BlockIndex {
+  std::vector<int> positions;  // of every '$' that starts a block word
+  std::vector<int> levels;     // opened minus closed levels in front of it
+  int finalLevel = 0;
+  std::unordered_map<int, std::vector<int>> ends, elses;  // by level, in order
+
+  BlockIndex(const char* text, int length) {
+    int level = 0;
+    for (int i = 0; i < length;) {
+      if (text[i] != '$') {
+        ++i;
+        continue;
+      }
+      int start = i++;
+      char word[11];
+      int n = 0;
+      while (i < length && n < 10 && R_isLetter(static_cast<unsigned char>(text[i]))) word[n++] = text[i++];
+      word[n] = '\0';
+      BlockWord kind = classify(word);
+      if (kind == wordNone) continue;
+      positions.push_back(start);
+      levels.push_back(level);
+      if (kind == wordOpen) ++level;
+      if (kind == wordElse) elses[level].push_back(start);
+      if (kind == wordEnd) ends[level--].push_back(start);
+    }
+    finalLevel = level;
+  }
+
+  int levelAt(int position) const {
+    size_t k = std::lower_bound(positions.begin(), positions.end(), position) - positions.begin();
+    return k < positions.size() ? levels[k] : finalLevel;
+  }
+
+  // The first entry of `list` at or behind `from` and before `limit`; -1 when none.
+  static int firstIn(const std::vector<int>* list, int from, int limit) {
+    if (!list) return -1;
+    auto it = std::lower_bound(list->begin(), list->end(), from);
+    return it != list->end() && *it < limit ? *it : -1;
+  }
+
+  // The last entry of `list` at or behind `from` and before `limit`; -1 when none.
+  static int lastIn(const std::vector<int>* list, int from, int limit) {
+    if (!list) return -1;
+    auto it = std::lower_bound(list->begin(), list->end(), limit);
+    return it != list->begin() && *(it - 1) >= from ? *(it - 1) : -1;
+  }
+
+  static const std::vector<int>* find(const std::unordered_map<int, std::vector<int>>& by_level, int level) {
+    auto it = by_level.find(level);
+    return it == by_level.end() ? nullptr : &it->second;
+  }
+};
+
+const R_A_Parser::BlockIndex& R_A_Parser::blockIndex() const {
+  if (parent) return parent->blockIndex();
+  if (!index) index = new BlockIndex(text, length);
+  return *index;
+}
+
 R_A_Parser::~R_A_Parser() {
   if (!borrowed) free(const_cast<char*>(text));
+  delete index;
 }
 
 void R_A_Parser::scanBlock(const R_A_Parser& from, int* elsePos, int* endPos) const {
-  int level = 0;
-  int i = from.position;
-  while (i < from.length) {
-    if (from.text[i] != '$') {
-      ++i;
-      continue;
-    }
-    int start = i++;
-    char word[11];
-    int n = 0;
-    while (i < from.length && n < 10 && R_isLetter(static_cast<unsigned char>(from.text[i]))) {
-      word[n++] = from.text[i++];
-    }
-    word[n] = '\0';
-    switch (classify(word)) {
-      case wordOpen: ++level; break;
-      case wordElse: if (level == 0) *elsePos = start; break;
-      case wordEnd:
-        if (level == 0) {
-          *endPos = start;
-          return;
-        }
-        --level;
-        break;
-      case wordNone: break;
-    }
-  }
+  const BlockIndex& blocks = from.blockIndex();
+  const R_A_Parser* top = &from;
+  while (top->parent) top = top->parent;
+  // Positions in the index count from the top parser's text.
+  const int offset = static_cast<int>(from.text - top->text);
+  const int begin = offset + from.position, limit = offset + from.length;
+  const int level = blocks.levelAt(begin);
+  int end = BlockIndex::firstIn(BlockIndex::find(blocks.ends, level), begin, limit);
+  int last_else = BlockIndex::lastIn(BlockIndex::find(blocks.elses, level), begin, end >= 0 ? end : limit);
+  if (last_else >= 0) *elsePos = last_else - offset;
+  if (end >= 0) *endPos = end - offset;
 }
 
 void R_A_Parser::readToken(char* buffer) {

@@ -13,6 +13,10 @@
 // "end" at the block's own level is the block's. Of several such "else"s
 // the last counts. A block without its "end" is not found.
 //
+// The scan's words are indexed once per template, on the first block, so
+// that finding a block costs a few binary searches, not a pass over the rest
+// of the text: a template of many unclosed blocks stays linear.
+//
 // Not copyable. A borrowed parser must not outlive its parent.
 #ifndef PAGE_R_A_PARSER_H
 #define PAGE_R_A_PARSER_H
@@ -65,6 +69,9 @@ class R_A_Parser {
   // Finds the block's else (-1 when none) and end (-1 when not found)
   // positions in the parent's text, scanning from its position.
   void scanBlock(const R_A_Parser& parent, int* elsePos, int* endPos) const;
+  struct BlockIndex;
+  // The index of the whole text, kept by the parser that has no parent.
+  const BlockIndex& blockIndex() const;
 
   const char* text;
   bool borrowed;  // false: `text` is ours and freed with the parser
@@ -73,6 +80,7 @@ class R_A_Parser {
   int length;
   R_A_Parser* parent;  // for a block body; null otherwise
   int endPosition;     // of the block's $end in the parent's text; -1 none
+  mutable BlockIndex* index;  // owned; made on the first block scan of a top parser
 };
 
 #endif
