@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE ?= cmake
 
-.PHONY: all build test test-asan bench demo fuzz fuzz-smoke clean
+.PHONY: all build test test-asan bench demo e2e fuzz fuzz-smoke clean
 
 all: build
 
@@ -36,6 +36,16 @@ demo:
 	@$(CMAKE) --build build -j $(JOBS) --target exporter auxtool > build-demo.log 2>&1 || \
 	  { echo "the build failed; see build-demo.log" >&2; exit 1; }
 	bash samples/demo.sh
+
+# The browser tests (e2e/, node --test) in headless Chromium through
+# playwright-core, on report pages that the build's auxtool writes; npm ci
+# fetches playwright-core the first time. AUX_SCREENSHOTS=docs remakes the
+# report screenshots under docs/.
+e2e:
+	$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	$(CMAKE) --build build -j $(JOBS) --target auxtool
+	[ -d node_modules ] || npm ci
+	npm test
 
 # libFuzzer targets for every reader of outside files, built with clang under
 # AddressSanitizer and UndefinedBehaviorSanitizer, with their seed corpora.
