@@ -10,6 +10,7 @@
 #include "graph/r_graphblockdata.h"
 #include "graph/r_graphcalculator.h"
 #include "graph/r_graphcontainer.h"
+#include "graph/r_graphdraw.h"
 #include "graph/r_graphlayout.h"
 #include "graph/r_graphreference.h"
 #include "knowledge/r_file.h"
@@ -149,5 +150,7 @@ bool R_TextGraph::write(const R_File& file, const R_Proband& proband, const R_Nu
   int kind = output.isGraphInSD() ? R_GraphRefLines::sdKind : R_GraphRefLines::percentileKind;
   R_GraphLayout layout(container, reference, calculator, file.getGraphRefLines().getFormat(kind), output);
   if (!layout.ok()) return true;
+  R_GraphDraw painter(container, reference, calculator, layout, file.getGraphRefLines().getFormat(kind), output);
+  painter.draw(caption.get());
   return true;
 }

@@ -49,10 +49,12 @@ class R_TextGraph : public R_Text, public R_XMLRecipient {
   int getBinaryCode() const override { return '6'; }
   const char* getTag() const override { return "graph"; }
   bool isEmptyTag() const override { return false; }
-  // Works out the graph for the proband: the blocks that apply, ranked, and
-  // their plots and targets. Scales, layout and painting are not part of
-  // this engine yet, so nothing reaches `output` so far. A graph that
-  // cannot be made for the proband is no failure: the answer is true.
+  // Draws the graph for the proband on `output`, between beginGraph and
+  // endGraph: the blocks that apply, ranked; their plots and targets worked
+  // out; references and scales chosen; the pixel geometry; the painting.
+  // A graph that cannot be made for the proband (no block applies, no
+  // scale, too little room) is no failure and puts nothing at all on
+  // `output` but questions: the answer is always true.
   bool write(const R_File& file, const R_Proband& proband, const R_Number& age,
              R_OutputInterface& output) const override;
 

@@ -167,7 +167,7 @@ TEST_F(GraphTest, RangesComeFromThePrimaryPlotOrElseFromTheSecondaryOnesInTurn) 
   }
 }
 
-TEST_F(GraphTest, ConditionsDropBlocksAndAGraphOnlyAsksTheOutputYet) {
+TEST_F(GraphTest, ConditionsDropBlocksAndAGraphWithoutRoomOnlyAsksTheOutput) {
   auto boy = proband("boy");
   auto girl = proband("girl");
   const R_TextGraph& girls = graph("girls");
@@ -182,7 +182,8 @@ TEST_F(GraphTest, ConditionsDropBlocksAndAGraphOnlyAsksTheOutputYet) {
       SCOPED_TRACE(id);
       RecordingOutput output;
       EXPECT_TRUE(graph(id).write(*file, *who, R_Number(3.0), output));
-      // Measures for the layout, nothing drawn.
+      // Measures for the layout; with every measure 100 the image is 100
+      // wide, too narrow for a plot, so nothing is drawn.
       for (const std::string& call : output.calls())
         EXPECT_TRUE(call.rfind("get", 0) == 0 || call == "isGraphInSD") << call;
     }
