@@ -12,9 +12,9 @@
 #include "document/r_textimage.h"
 #include "document/r_textinsert.h"
 #include "document/r_textparagraph.h"
-#include "document/r_textplaceholder.h"
 #include "document/r_texttable.h"
 #include "formula/r_calcequation.h"
+#include "graph/r_textauxogram.h"
 #include "graph/r_textgraph.h"
 #include "knowledge/r_file.h"
 #include "knowledge/r_knowledgexml.h"
@@ -43,7 +43,7 @@ const ElementKind kKinds[] = {
     {"table", [] { return static_cast<R_Text*>(new R_TextTable()); }},
     {"graph", [] { return static_cast<R_Text*>(new R_TextGraph()); }},
     {"insert", [] { return static_cast<R_Text*>(new R_TextInsert()); }},
-    {"auxogram", [] { return static_cast<R_Text*>(new R_TextPlaceholder()); }},
+    {"auxogram", [] { return static_cast<R_Text*>(new R_TextAuxogram()); }},
 };
 const int kKindCount = sizeof kKinds / sizeof kKinds[0];
 

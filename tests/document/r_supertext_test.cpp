@@ -205,15 +205,18 @@ TEST(SuperTextTest, TheBinaryFormIsPinned) {
   expectPinnedForm(kSmallHex, savedBytes(*loadSmall(text)), reloaded<R_SuperText>);
 }
 
-TEST(SuperTextTest, TheBinaryFormsOfTablesAndKeptElementsArePinned) {
+TEST(SuperTextTest, TheBinaryFormsOfTablesAndAuxogramsArePinned) {
   R_SuperText text;
   loadSmall(text, "<id>T</id><table mode=\"inverted\"><column type=\"date\" format=\"%Y\" header=\"D\"/>"
-                  "<column type=\"separator\" header=\"lost\"/></table><auxogram><caption>C</caption></auxogram>");
+                  "<column type=\"separator\" header=\"lost\"/></table>"
+                  "<auxogram><caption>C</caption><auxogramline var=\"AGE\" method=\"AGE\"/></auxogram>");
   expectPinnedForm("30 01 00 00 01 00 00 01 01 00 54 06 00 02 02 00 00 00"
                    " 35 06 00 02 01 00 00 00 02 02 00 00 00 06 00"  // table: inverted, 2 columns, no selector
                    " 40 02 01 00 00 00 01 01 00 44 01 02 00 25 59"  // date column "D", "%Y"
                    " 40 02 02 00 00 00"                             // separator, without its header
-                   " 39 06 00 01 14 00 3C 63 61 70 74 69 6F 6E 3E 43 3C 2F 63 61 70 74 69 6F 6E 3E",
+                   " 39 06 00 01 01 00 43 02 01 00 00 00"           // auxogram "C", one line
+                   " 41 02 00 00 00 00"                             // labelled by AGE (index 0)
+                   " 06 01 02 01 00 00 00 02 01 00 00 00 02 00 00 00 00 01 00 00 01 02 00 40 41",  // AGE, "@A"
                    savedBytes(text), reloaded<R_SuperText>);
 }
 
