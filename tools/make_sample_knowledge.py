@@ -769,13 +769,15 @@ TEXTS = [
 # The charts of the two chart texts; KIND is P or SD, WHAT the words for the
 # reference lines. The height chart shows the target height range from the
 # parents once the chart reaches adult heights (the child's last height after
-# 10 years); the narrow strips under height and BMI show the SD scores.
+# 10 years); the narrow strips under height and BMI show the SD scores. An
+# SD strip has no reference, but it gets an empty refdata all the same: the
+# binary form always stores one, and the two forms must read back alike.
 CHART_GRAPHS = """
     <h2>Height</h2>
     <graph if="LAST_AGE LTEQ 10">
      <caption>Height for age (WHAT)</caption>
      <block var="HEIGHT_CHART_KIND" priority="100"><refdata show="yes"/><plot method="HEIGHT" connect="yes"/></block>
-     <block var="HEIGHT_SD" priority="50" analysed="sd"><plot method="HEIGHT_SD" connect="yes"/></block>
+     <block var="HEIGHT_SD" priority="50" analysed="sd"><refdata/><plot method="HEIGHT_SD" connect="yes"/></block>
     </graph>
     <graph if="LAST_AGE GT 10">
      <caption>Height for age (WHAT) with the target height from the parents</caption>
@@ -785,7 +787,7 @@ CHART_GRAPHS = """
       <targetpoint name="Target" method="TARGET_HT"/>
       <targetrange><targetpoint name="-8.5" method="TARGET_HT-8.5"/><targetpoint name="+8.5" method="TARGET_HT+8.5"/></targetrange>
      </block>
-     <block var="HEIGHT_SD" priority="50" analysed="sd"><plot method="HEIGHT_SD" connect="yes"/></block>
+     <block var="HEIGHT_SD" priority="50" analysed="sd"><refdata/><plot method="HEIGHT_SD" connect="yes"/></block>
     </graph>
     <h2>Weight</h2>
     <graph>
@@ -796,7 +798,7 @@ CHART_GRAPHS = """
     <graph>
      <caption>BMI for age (WHAT)</caption>
      <block var="BMI_CHART_KIND" priority="100"><refdata show="yes"/><plot method="BMI" connect="yes"/></block>
-     <block var="BMI_SD" priority="50" analysed="sd"><plot method="BMI_SD" connect="yes"/></block>
+     <block var="BMI_SD" priority="50" analysed="sd"><refdata/><plot method="BMI_SD" connect="yes"/></block>
     </graph>
     <h2 if="FOH:AGE_BELOWOR[5]:N GT 0">Head circumference</h2>
     <graph>
