@@ -240,41 +240,45 @@ CHART_TOLERANCE = 0.005
 # graph takes the one that holds all the child's points with the smallest
 # area, and the earliest one that covers a range asked by the graph.
 CHARTS = [
-    dict(var="HEIGHT", name="Height", unit="cm", precision=0.1, valid=interval(30, 230),
-         segments=[0, 1, 2], variants=[
-             ((0, 2, 0.5, 0.25), (40, 100, 10, 5)),
-             ((0, 5, 1, 0.5), (40, 130, 10, 5)),
-             ((0, 10, 1, 0.5), (40, 170, 10, 5)),
-             ((5, 20, 1, None), (90, 200, 10, None)),
-             ((0, 20, 2, 1), (40, 200, 20, 10))]),
-    dict(var="WEIGHT", name="Weight", unit="kg", precision=0.01, valid=interval(0.3, 250),
-         segments=[3, 4], variants=[
-             ((0, 2, 0.5, 0.25), (0, 20, 2, 1)),
-             ((0, 5, 1, 0.5), (0, 30, 5, 1)),
-             ((0, 10, 1, 0.5), (0, 60, 5, 1))]),
-    dict(var="BMI", name="BMI", unit="kg/m2", precision=0.1, valid=interval(5, 80),
-         segments=[5, 6, 7], variants=[
-             ((0, 2, 0.5, 0.25), (8, 24, 2, 1)),
-             ((0, 5, 1, 0.5), (10, 24, 2, 1)),
-             ((0, 10, 1, 0.5), (10, 30, 2, 1)),
-             ((5, 20, 1, None), (10, 38, 2, None)),
-             ((0, 20, 2, 1), (8, 38, 2, None))]),
-    dict(var="FOH", name="Head circumference", unit="cm", precision=0.1, valid=interval(20, 70),
-         segments=[8], variants=[
-             ((0, 2, 0.5, 0.25), (30, 54, 2, 1)),
-             ((0, 5, 1, 0.5), (30, 56, 2, 1))]),
+    dict(var="HEIGHT", name="Height", unit="cm", segments=[0, 1, 2], variants=[
+        ((0, 2, 0.5, 0.25), (40, 100, 10, 5)),
+        ((0, 5, 0.5, 0.25), (40, 130, 10, 5)),
+        ((0, 10, 1, 0.5), (40, 170, 10, 5)),
+        ((5, 20, 1, None), (90, 200, 10, None)),
+        ((0, 20, 2, 1), (40, 200, 20, 10))]),
+    dict(var="WEIGHT", name="Weight", unit="kg", segments=[3, 4], variants=[
+        ((0, 2, 0.5, 0.25), (0, 20, 4, 1)),
+        ((0, 5, 0.5, 0.25), (0, 30, 5, 1)),
+        ((0, 10, 1, 0.5), (0, 50, 5, 1))]),
+    dict(var="BMI", name="BMI", unit="kg/m2", segments=[5, 6, 7], variants=[
+        ((0, 2, 0.5, 0.25), (8, 24, 4, 1)),
+        ((0, 5, 0.5, 0.25), (10, 24, 2, 1)),
+        ((0, 10, 1, 0.5), (10, 30, 2, 1)),
+        ((5, 20, 1, None), (10, 38, 2, None)),
+        ((0, 20, 2, 1), (8, 40, 4, 1))]),
+    dict(var="FOH", name="Head circumference", unit="cm", segments=[8], variants=[
+        ((0, 2, 0.5, 0.25), (30, 54, 4, 1)),
+        ((0, 5, 0.5, 0.25), (30, 56, 2, 1))]),
 ]
+
+# The X axis of the charts: the age with one decimal, so that the axis reads
+# 0.5, 1.0, 10.0 rather than the age's own two decimals. Chart values are
+# whole units on the Y axis for the same reason.
+CHART_AGE = calculated("CHART_AGE", "Age", "followed", "years", 0.1, interval(0, 30), [(None, "AGE")])
 
 
 def chart_id(var, kind):
     return "%s_CHART_%s" % (var, kind)
 
 
-VARIABLES += [
-    calculated(chart_id(c["var"], kind), c["name"], "followed", c["unit"], c["precision"],
-               c["valid"], [(None, c["var"])])
-    for c in CHARTS for kind, _, _ in CHART_KINDS
-]
+def chart_variable(chart, kind):
+    v = calculated(chart_id(chart["var"], kind), chart["name"], "followed", chart["unit"], 1,
+                   interval(0, 300), [(None, chart["var"])])
+    v["xvar"] = "CHART_AGE"
+    return v
+
+
+VARIABLES += [CHART_AGE] + [chart_variable(c, kind) for c in CHARTS for kind, _, _ in CHART_KINDS]
 
 
 # Lines that charts draw over a reference without its own percentile list.
@@ -444,8 +448,8 @@ def xml_variable(v):
         out += "    <unit>%s</unit>\n    <precision>%s</precision>\n" % (
             v["unit"], number_text(v["precision"]))
     if v["scope"] == "followed" and v["type"] != "age":
-        out += ("    <xyref>\n      <xvar>AGE</xvar>\n      <yvar>%s</yvar>\n"
-                "    </xyref>\n" % v["id"])
+        out += ("    <xyref>\n      <xvar>%s</xvar>\n      <yvar>%s</yvar>\n"
+                "    </xyref>\n" % (v.get("xvar", "AGE"), v["id"]))
     elif v["scope"] == "anamnestic" and v.get("xyref"):
         out += "    <xyref>\n      <avar>%s</avar>\n    </xyref>\n" % v["id"]
     return out + "  </var>\n"
@@ -622,7 +626,7 @@ def chart_refs(refdir, report):
                      for (v, text), z in zip(lines, zs)]
             head = "      <percentiles>\n" + xml_list(items, 8) + "      </percentiles>\n"
             var = chart_id(chart["var"], kind)
-            xyref = "      <xvar>AGE</xvar>\n      <yvar>%s</yvar>\n" % var
+            xyref = "      <xvar>CHART_AGE</xvar>\n      <yvar>%s</yvar>\n" % var
             for sex, sexword in SEXES:
                 rows = sorted((r for seg in rows_by_seg for r in seg[sex]), key=lambda r: r["years"])
                 lo, hi = SEGMENTS[chart["segments"][0]]["age"][0], SEGMENTS[chart["segments"][-1]]["age"][2]

@@ -305,10 +305,10 @@ TEST_P(SampleKnowledgeTest, EachChartTakesTheSmallestGridThatHoldsThePoints) {
     const char* scale;  // X from, to, step; Y from, to, step of the first block
   };
   const Chart rows[] = {
-      {"Svoboda Martin", 1, "0 20 2 40 200 20"},  {"Svoboda Martin", 2, "0 10 1 0 60 5"},
-      {"Svoboda Martin", 3, "0 20 2 8 38 2"},     {"Svoboda Martin", 4, "0 5 1 30 56 2"},
-      {"Urbanov\xe1 Nela", 0, "0 10 1 40 170 10"}, {"Urbanov\xe1 Nela", 2, "0 10 1 0 60 5"},
-      {"Urbanov\xe1 Nela", 3, "0 10 1 10 30 2"},   {"Urbanov\xe1 Nela", 4, "0 5 1 30 56 2"},
+      {"Svoboda Martin", 1, "0 20 2 40 200 20"},  {"Svoboda Martin", 2, "0 10 1 0 50 5"},
+      {"Svoboda Martin", 3, "0 20 2 8 40 4"},     {"Svoboda Martin", 4, "0 5 0.5 30 56 2"},
+      {"Urbanov\xe1 Nela", 0, "0 10 1 40 170 10"}, {"Urbanov\xe1 Nela", 2, "0 10 1 0 50 5"},
+      {"Urbanov\xe1 Nela", 3, "0 10 1 10 30 2"},   {"Urbanov\xe1 Nela", 4, "0 5 0.5 30 56 2"},
   };
   const R_SuperText& charts = *file.getText(file.findText("growth_charts"));
   for (const Chart& row : rows) {
