@@ -262,9 +262,11 @@ CHARTS = [
 ]
 
 # The X axis of the charts: the age with one decimal, so that the axis reads
-# 0.5, 1.0, 10.0 rather than the age's own two decimals. Chart values are
-# whole units on the Y axis for the same reason.
-CHART_AGE = calculated("CHART_AGE", "Age", "followed", "years", 0.1, interval(0, 30), [(None, "AGE")])
+# 0.5, 1.0, 10.0 rather than the age's own two decimals; as a value it is the
+# age at each visit with a height. Chart values are whole units on the Y
+# axis for the same reason.
+CHART_AGE = calculated("CHART_AGE", "Age", "followed", "years", 0.1, interval(0, 30),
+                       [(None, "HEIGHT:AGE")])
 
 
 def chart_id(var, kind):
