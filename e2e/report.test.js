@@ -32,7 +32,11 @@ const TEXTS = [
 ];
 
 function writeReport(dir, proband, text) {
-  const page = path.join(dir, `${proband.who}-${text.id}.html`);
+  // A folder for each page: two runs in the same second may name their
+  // graph files alike.
+  const folder = path.join(dir, `${proband.who}-${text.id}`);
+  fs.mkdirSync(folder);
+  const page = path.join(folder, 'index.html');
   // The shell's printf makes the name's bytes: node would pass the name
   // as UTF-8.
   const script = 'exec "$AUXTOOL" report "$KNOWLEDGE" "$DATABASE" "$(printf "$NAME")" "$TEXT" ' +
@@ -64,7 +68,7 @@ test('report pages show every graph image', async (t) => {
         const sources = [...fs.readFileSync(file, 'latin1').matchAll(/<img src="([^"]+)"/g)].map((m) => m[1]);
         assert.strictEqual(sources.length, text.images, `images in ${file}`);
         for (const source of sources) {
-          assert.ok(fs.statSync(path.join(dir, source)).size > 0, `${source} is written beside the page`);
+          assert.ok(fs.statSync(path.join(path.dirname(file), source)).size > 0, `${source} is written beside the page`);
         }
         await page.goto(pathToFileURL(file).href, { waitUntil: 'load' });
         const images = await page.$$eval('img', (all) => all.map((img) => ({
