@@ -251,4 +251,47 @@ TEST(TextGraphTest, ADamagedGraphInAFileNamesItsLines) {
   EXPECT_EQ(expected, reporter.lines());
 }
 
+// The graph seeds of the knowledge file fuzz targets: the good one loads,
+// each damaged one is refused with the lines of its fault, then those of
+// the graph, the text (at the line of its end tag) and the file (at the
+// last line).
+TEST(TextGraphTest, DamagedGraphSeedsAreRefusedWithTheirMessages) {
+  const std::string graph = "data error closing block </graph>: text block data error";
+  const std::string block = "data error closing block </block>: block load error";
+  const struct {
+    const char* name;
+    Lines fault;
+  } rows[] = {
+      {"good", {}},
+      {"damaged-priority", {"data error closing block </block>: priority not in allowed interval (0,1000)", graph}},
+      {"damaged-range",
+       {"data error processing standalone tag <targetpoint../>: only two points in target range allowed", block,
+        graph}},
+      {"damaged-refdata", {"reference data must be defined in plot", block, graph}},
+      {"damaged-caption", {"no caption defined", graph}},
+      {"damaged-plot", {"data error processing standalone tag <plot../>: plot definition error", block, graph}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const std::string path = testData(std::string("../../fuzz/seeds/knowledge_xml/graph-") + row.name + ".xml");
+    const std::string text = readFile(path);
+    ASSERT_FALSE(text.empty());
+    R_File file;
+    CollectingReporter reporter;
+    EXPECT_EQ(row.fault.empty(), file.loadXML(path.c_str(), &reporter));
+    Lines expected = row.fault;
+    if (!expected.empty()) {
+      const auto line_of = [&text](size_t at) {
+        return "(" + std::to_string(std::count(text.begin(), text.begin() + static_cast<long>(at), '\n') + 1) + ") ";
+      };
+      const std::string last = line_of(text.size());
+      expected.push_back("Error while processing text.");
+      expected.push_back(line_of(text.find("</text>")) + "data error closing block </text>: error loading text");
+      expected.push_back(last + "Data not loaded");
+      expected.push_back(last + "Error while processing file.");
+    }
+    EXPECT_EQ(expected, reporter.lines());
+  }
+}
+
 }  // namespace
