@@ -43,9 +43,34 @@ awk -v dir="$out/knowledge_xml" -v head="$out/head.tmp" '
 { cat "$out/head.tmp"; echo "</quorl>"; } > "$out/knowledge_xml/sample-variables.xml"
 rm "$out/head.tmp"
 
+# Auxograms: the hand-made seed with one fault each; the binary faults
+# follow the conversion below.
+aux=$src/fuzz/seeds/knowledge_xml/auxogram.xml
+aux_caption='<caption>Height and weight in SD</caption>'
+sed "s|$aux_caption||" "$aux" > "$out/knowledge_xml/auxogram-no-caption.xml"
+sed "s|$aux_caption|<caption> </caption>|" "$aux" > "$out/knowledge_xml/auxogram-blank-caption.xml"
+sed '/<auxogramline/d' "$aux" > "$out/knowledge_xml/auxogram-no-lines.xml"
+sed 's|var="WT_SDS" method="WT_SDS"/>|var="NOPE" method="WT_SDS"/>|' "$aux" > "$out/knowledge_xml/auxogram-unknown-var.xml"
+sed 's|method="HEIGHT:SD"|method="NOPE:SD"|' "$aux" > "$out/knowledge_xml/auxogram-unknown-method.xml"
+sed 's|<auxogramline var="HEIGHT" method="HEIGHT:SD"/>|<auxogramline var="HEIGHT"/>|' "$aux" \
+  > "$out/knowledge_xml/auxogram-no-method.xml"
+
 for f in "$out"/knowledge_xml/*; do
   "$auxtool" convert knowledge "$f" "$out/knowledge_binary/$(basename "$f" .xml).bin" --to bin > /dev/null 2>&1 || true
 done
+
+# The binary auxogram seed with its line count (behind the caption) set to
+# 0 and to one more than stored, and with another type byte on its first
+# line.
+aux_bin=$out/knowledge_binary/auxogram.bin
+if [ -f "$aux_bin" ]; then
+  head_bytes='(Height and weight in SD\x02)'
+  LC_ALL=C perl -0777 -pe "s/$head_bytes\x03\x00\x00\x00/\${1}\x00\x00\x00\x00/" "$aux_bin" \
+    > "$out/knowledge_binary/auxogram-no-lines.bin"
+  LC_ALL=C perl -0777 -pe "s/$head_bytes\x03/\${1}\x04/" "$aux_bin" > "$out/knowledge_binary/auxogram-line-missing.bin"
+  LC_ALL=C perl -0777 -pe "s/$head_bytes(\x03\x00\x00\x00)\x41/\${1}\${2}\x40/" "$aux_bin" \
+    > "$out/knowledge_binary/auxogram-wrong-line-type.bin"
+fi
 
 # Databases: the fixtures and the sample cut into files of 2 records, all
 # read with the sample knowledge file as the fuzz targets do.
