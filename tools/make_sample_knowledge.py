@@ -236,7 +236,8 @@ CHART_KINDS = [
 # scores): a tenth of a pixel on any chart the sample draws.
 CHART_TOLERANCE = 0.005
 
-# Grid variants, (x from, to, step, small), (y from, to, step, small); the
+# Grid variants, (x from, to, step, small), (y from, to, step, small): the
+# age axis has room for a number every 2 years at most over 16 years. The
 # graph takes the one that holds all the child's points with the smallest
 # area, and the earliest one that covers a range asked by the graph.
 CHARTS = [
@@ -244,7 +245,7 @@ CHARTS = [
         ((0, 2, 0.5, 0.25), (40, 100, 10, 5)),
         ((0, 5, 0.5, 0.25), (40, 130, 10, 5)),
         ((0, 10, 1, 0.5), (40, 170, 10, 5)),
-        ((5, 20, 1, None), (90, 200, 10, None)),
+        ((4, 20, 2, 1), (80, 200, 20, 10)),
         ((0, 20, 2, 1), (40, 200, 20, 10))]),
     dict(var="WEIGHT", name="Weight", unit="kg", segments=[3, 4], variants=[
         ((0, 2, 0.5, 0.25), (0, 20, 4, 1)),
@@ -254,7 +255,7 @@ CHARTS = [
         ((0, 2, 0.5, 0.25), (8, 24, 4, 1)),
         ((0, 5, 0.5, 0.25), (10, 24, 2, 1)),
         ((0, 10, 1, 0.5), (10, 30, 2, 1)),
-        ((5, 20, 1, None), (10, 38, 2, None)),
+        ((4, 20, 2, 1), (10, 38, 4, 1)),
         ((0, 20, 2, 1), (8, 40, 4, 1))]),
     dict(var="FOH", name="Head circumference", unit="cm", segments=[8], variants=[
         ((0, 2, 0.5, 0.25), (30, 54, 4, 1)),
@@ -775,7 +776,9 @@ TEXTS = [
 # The charts of the two chart texts; KIND is P or SD, WHAT the words for the
 # reference lines. The height chart shows the target height range from the
 # parents once the chart reaches adult heights (the child's last height after
-# 10 years); the narrow strips under height and BMI show the SD scores. An
+# 10 years); the narrow strips under height and BMI show the SD scores. The
+# headings of weight and head circumference stand only over a chart: a child
+# first seen after 10 years has no weight for age. An
 # SD strip has no reference, but it gets an empty refdata all the same: the
 # binary form always stores one, and the two forms must read back alike.
 CHART_GRAPHS = """
@@ -795,7 +798,7 @@ CHART_GRAPHS = """
      </block>
      <block var="HEIGHT_SD" priority="50" analysed="sd"><refdata/><plot method="HEIGHT_SD" connect="yes"/></block>
     </graph>
-    <h2>Weight</h2>
+    <h2 if="WEIGHT:AGE_BELOWOR[10]:N GT 0">Weight</h2>
     <graph>
      <caption>Weight for age (WHAT), to 10 years</caption>
      <block var="WEIGHT_CHART_KIND" priority="100"><refdata show="yes"/><plot method="WEIGHT:AGE_BELOWOR[10]" connect="yes"/></block>
