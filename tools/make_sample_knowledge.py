@@ -25,6 +25,10 @@ What the file holds:
   and WHO Growth Reference 2007 (5 to 19 years) for length/height, weight (to
   10 years), BMI and head circumference (to 5 years); and an adult height
   reference (WHO 2007 at 19 years) for the SD score of the target height.
+- growth charts: a variable per chart with one percentile reference per sex
+  over the whole age range, at the chart's own lines (P3 to P97, or -3 to
+  +3 SD), with grid variants; two report texts show the charts, the height
+  velocity and an auxogram of the SD scores.
 
 How the LMS tables become the engine's reference types:
 
