@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE ?= cmake
 
-.PHONY: all build test test-asan bench demo serve fuzz fuzz-smoke clean
+.PHONY: all build test test-asan bench demo serve e2e fuzz fuzz-smoke clean
 
 all: build
 
@@ -50,6 +50,15 @@ serve:
 	@cp -r samples/auxserve.txt samples/knowledge.bin samples/pages build/serve/
 	@[ -f build/serve/probands.bin ] || cp samples/probands.bin build/serve/
 	build/bin/auxserve build/serve/auxserve.txt --port $(SERVE_PORT)
+# The browser tests (e2e/, node --test) in headless Chromium through
+# playwright-core, on report pages that the build's auxtool writes; npm ci
+# fetches playwright-core the first time. AUX_SCREENSHOTS=docs remakes the
+# report screenshots under docs/.
+e2e:
+	$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	$(CMAKE) --build build -j $(JOBS) --target auxtool
+	[ -d node_modules ] || npm ci
+	npm test
 
 # libFuzzer targets for every reader of outside files, built with clang under
 # AddressSanitizer and UndefinedBehaviorSanitizer, with their seed corpora.

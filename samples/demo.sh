@@ -52,16 +52,21 @@ echo "== auxtool calc: mid-parental target height and its SD score, latest heigh
   | first 11 | show
 echo
 
-# Report pages stay after the demo, for a browser: the growth summary and the
-# visits of a boy and of a girl, with the sample page templates.
+# Report pages stay after the demo, for a browser: the growth summary, the
+# visits and the growth charts of a boy and of a girl, with the sample page
+# templates. Each page has a folder of its own, with its graph images beside
+# it: the names of graph files that two runs make in the same second may be
+# the same.
 pages=${AUX_DEMO_DIR:-build/demo}
-mkdir -p "$pages"
 girl=$(printf 'Urbanov\xe1 Nela')  # the name as stored, in Windows-1250
 for who in "Svoboda Martin:boy" "$girl:girl"; do
-  for text in growth_summary visit_table; do
-    page="$pages/${who##*:}-$text.html"
+  for text in growth_summary visit_table growth_charts growth_charts_sd; do
+    folder="$pages/${who##*:}-$text"
+    rm -rf "$folder"
+    mkdir -p "$folder"
     "$bin/auxtool" report "$knowledge" "$database" "${who%:*}" "$text" \
-      --setup samples/setup.txt --today "$today" --out "$page"
-    echo "== auxtool report ... \"${who%:*}\" $text: $page" | show
+      --setup samples/setup.txt --today "$today" --out "$folder/index.html"
+    images=$(find "$folder" -name '*.bmp' | wc -l)
+    echo "== auxtool report ... \"${who%:*}\" $text: $folder/index.html, $images graph images" | show
   done
 done

@@ -25,6 +25,10 @@ What the file holds:
   and WHO Growth Reference 2007 (5 to 19 years) for length/height, weight (to
   10 years), BMI and head circumference (to 5 years); and an adult height
   reference (WHO 2007 at 19 years) for the SD score of the target height.
+- growth charts: a variable per chart with one percentile reference per sex
+  over the whole age range, at the chart's own lines (P3 to P97, or -3 to
+  +3 SD), with grid variants; two report texts show the charts, the height
+  velocity and an auxogram of the SD scores.
 
 How the LMS tables become the engine's reference types:
 
@@ -217,6 +221,73 @@ VARIABLES = [
                [(None, "BMI_P:LAST_DEFINED")]),
 ]
 
+# ---------------------------------------------------------------- charts
+
+# A growth chart shows one reference over the child's whole age range, but
+# the references above are split by table and by size, and a chart takes the
+# single reference whose age interval holds all the child's points. So each
+# chart has a variable of its own, computed as the measure itself, with one
+# coarser reference per sex over the whole range. The chart references are
+# percentile tables at the lines the chart shows, so that one chart shows
+# percentiles and another SD lines, whatever the page's setting of reference
+# lines (a percentile table always draws its own columns).
+CHART_KINDS = [
+    ("P", "percentiles", [(p, "P%g" % p) for p in (3, 10, 25, 50, 75, 90, 97)]),
+    ("SD", "SD lines", [(z, "%+d SD" % z if z else "0 SD") for z in (-3, -2, -1, 0, 1, 2, 3)]),
+]
+
+# Chart tables are thinned until they fit the budget, starting here (SD
+# scores): a tenth of a pixel on any chart the sample draws.
+CHART_TOLERANCE = 0.005
+
+# Grid variants, (x from, to, step, small), (y from, to, step, small): the
+# age axis has room for a number every 2 years at most over 16 years. The
+# graph takes the one that holds all the child's points with the smallest
+# area, and the earliest one that covers a range asked by the graph.
+CHARTS = [
+    dict(var="HEIGHT", name="Height", unit="cm", segments=[0, 1, 2], variants=[
+        ((0, 2, 0.5, 0.25), (40, 100, 10, 5)),
+        ((0, 5, 0.5, 0.25), (40, 130, 10, 5)),
+        ((0, 10, 1, 0.5), (40, 170, 10, 5)),
+        ((4, 20, 2, 1), (80, 200, 20, 10)),
+        ((0, 20, 2, 1), (40, 200, 20, 10))]),
+    dict(var="WEIGHT", name="Weight", unit="kg", segments=[3, 4], variants=[
+        ((0, 2, 0.5, 0.25), (0, 20, 4, 1)),
+        ((0, 5, 0.5, 0.25), (0, 30, 5, 1)),
+        ((0, 10, 1, 0.5), (0, 50, 5, 1))]),
+    dict(var="BMI", name="BMI", unit="kg/m2", segments=[5, 6, 7], variants=[
+        ((0, 2, 0.5, 0.25), (8, 24, 4, 1)),
+        ((0, 5, 0.5, 0.25), (10, 24, 2, 1)),
+        ((0, 10, 1, 0.5), (10, 30, 2, 1)),
+        ((4, 20, 2, 1), (10, 38, 4, 1)),
+        ((0, 20, 2, 1), (8, 40, 4, 1))]),
+    dict(var="FOH", name="Head circumference", unit="cm", segments=[8], variants=[
+        ((0, 2, 0.5, 0.25), (30, 54, 4, 1)),
+        ((0, 5, 0.5, 0.25), (30, 56, 2, 1))]),
+]
+
+# The X axis of the charts: the age with one decimal, so that the axis reads
+# 0.5, 1.0, 10.0 rather than the age's own two decimals; as a value it is the
+# age at each visit with a height. Chart values are whole units on the Y
+# axis for the same reason.
+CHART_AGE = calculated("CHART_AGE", "Age", "followed", "years", 0.1, interval(0, 30),
+                       [(None, "HEIGHT:AGE")])
+
+
+def chart_id(var, kind):
+    return "%s_CHART_%s" % (var, kind)
+
+
+def chart_variable(chart, kind):
+    v = calculated(chart_id(chart["var"], kind), chart["name"], "followed", chart["unit"], 1,
+                   interval(0, 300), [(None, chart["var"])])
+    v["xvar"] = "CHART_AGE"
+    return v
+
+
+VARIABLES += [CHART_AGE] + [chart_variable(c, kind) for c in CHARTS for kind, _, _ in CHART_KINDS]
+
+
 # Lines that charts draw over a reference without its own percentile list.
 GRAPH_SD_LINES = [(-3, "-3 SD"), (-2, "-2 SD"), (-1, "-1 SD"), (0, "0 SD"),
                   (1, "+1 SD"), (2, "+2 SD"), (3, "+3 SD")]
@@ -384,8 +455,8 @@ def xml_variable(v):
         out += "    <unit>%s</unit>\n    <precision>%s</precision>\n" % (
             v["unit"], number_text(v["precision"]))
     if v["scope"] == "followed" and v["type"] != "age":
-        out += ("    <xyref>\n      <xvar>AGE</xvar>\n      <yvar>%s</yvar>\n"
-                "    </xyref>\n" % v["id"])
+        out += ("    <xyref>\n      <xvar>%s</xvar>\n      <yvar>%s</yvar>\n"
+                "    </xyref>\n" % (v.get("xvar", "AGE"), v["id"]))
     elif v["scope"] == "anamnestic" and v.get("xyref"):
         out += "    <xyref>\n      <avar>%s</avar>\n    </xyref>\n" % v["id"]
     return out + "  </var>\n"
@@ -504,6 +575,88 @@ def growth_refs(refdir, tolerance, report):
     return refs
 
 
+def chart_rows(seg):
+    """The table rows of a segment without the copies at its edges, x in years."""
+    tables = read_table(os.path.join(chart_rows.refdir, seg["file"]), seg["xcol"], seg.get("position"))
+    lo, hi = seg["rows"]
+    out = {}
+    for sex, _ in SEXES:
+        out[sex] = [dict(r, years=r["x"] / seg["div"], div=seg["div"]) for r in tables[sex]
+                    if lo <= r["x"] <= hi]
+    return out
+
+
+def chart_values(row, zs):
+    return [lms_value(row["L"], row["M"], row["S"], z) for z in zs]
+
+
+def chart_thin(rows, zs, tolerance):
+    """Indices of the rows to keep, as `thin` does, judged in SD scores at
+    the chart's own columns."""
+    vals = [chart_values(r, zs) for r in rows]
+    slopes = [[lms_slope(r["L"], r["M"], r["S"], z) for z in zs] for r in rows]
+
+    def error(i, j, k):
+        t = (rows[k]["years"] - rows[i]["years"]) / (rows[j]["years"] - rows[i]["years"])
+        return max(abs(vals[i][c] + (vals[j][c] - vals[i][c]) * t - vals[k][c]) / slopes[k][c]
+                   for c in range(len(zs)))
+
+    keep, i = [0], 0
+    while i < len(rows) - 1:
+        j = i + 1
+        while j + 1 < len(rows) and all(error(i, j + 1, k) <= tolerance for k in range(i + 1, j + 1)):
+            j += 1
+        keep.append(j)
+        i = j
+    return keep
+
+
+def xml_variants(variants):
+    def axe(tag, axis):
+        lo, hi, step, small = axis
+        out = '<%s from="%s" to="%s" step="%s"' % (tag, number_text(lo), number_text(hi), number_text(step))
+        return out + (' small="%s"/>' % number_text(small) if small is not None else "/>")
+    out = "    <granularity>\n"
+    for x, y in variants:
+        out += "      <variant>%s%s</variant>\n" % (axe("xaxe", x), axe("yaxe", y))
+    return out + "    </granularity>\n  "
+
+
+def chart_refs(refdir, report):
+    chart_rows.refdir = refdir
+    refs = []
+    for chart in CHARTS:
+        rows_by_seg = [chart_rows(SEGMENTS[i]) for i in chart["segments"]]
+        for kind, kindword, lines in CHART_KINDS:
+            zs = [v if kind == "SD" else NormalDist().inv_cdf(v / 100.0) for v, _ in lines]
+            items = [("%.12g" % (percent_of(z) if kind == "SD" else v), text)
+                     for (v, text), z in zip(lines, zs)]
+            head = "      <percentiles>\n" + xml_list(items, 8) + "      </percentiles>\n"
+            var = chart_id(chart["var"], kind)
+            xyref = "      <xvar>CHART_AGE</xvar>\n      <yvar>%s</yvar>\n" % var
+            for sex, sexword in SEXES:
+                rows = sorted((r for seg in rows_by_seg for r in seg[sex]), key=lambda r: r["years"])
+                lo, hi = SEGMENTS[chart["segments"][0]]["age"][0], SEGMENTS[chart["segments"][-1]]["age"][2]
+                name = "%s chart (%s), %s, %s" % (chart["name"], kindword, sexword, age_range_text(lo, hi))
+                tolerance = CHART_TOLERANCE
+                while True:
+                    kept = [rows[i] for i in chart_thin(rows, zs, tolerance)]
+                    body = "".join('      <line x="%s" div="%s"><perc>%s</perc></line>\n' % (
+                        number_text(r["x"]), number_text(r["div"]),
+                        " ".join(number_text(v, 3) for v in chart_values(r, zs))) for r in kept)
+                    text = ref_text(name, sex, xyref, (lo, hi, False, False), "percentiles", head, [body])
+                    text = text[:-2] + xml_variants(chart["variants"])
+                    if len(text) + len(END_TAG) <= REF_BUDGET_BYTES:
+                        break
+                    tolerance *= 1.5
+                check_capture(text, name)
+                report.append("%-40s %-6s %4d rows -> %4d lines, tolerance %.4f SD" % (
+                    "chart %s (%s)" % (chart["name"], kindword), sexword, len(rows), len(kept), tolerance))
+                refs.append((name, text, len(kept)))
+    return refs
+
+
+
 # ---------------------------------------------------------------- texts
 
 # The report texts, as a clinic writes them: a growth summary, the table of
@@ -527,6 +680,7 @@ TEXTS = [
     <p if="FEMALE AND AGE_TODAY GTEQ 8">From the age of 8 years, breast development and pubic hair are staged at every visit (<link target="puberty_girls"/>).</p>
     <p if="MALE AND AGE_TODAY GTEQ 9">From the age of 9 years, testicular volume and pubic hair are recorded at every visit (<link target="puberty_boys"/>).</p>
     <p>All measurements, visit by visit, are in the table of visits (<link target="visit_table"/>).</p>
+    <p>The measurements on growth charts, with the SD scores of the last visits: <link target="growth_charts"/>.</p>
     <hr/>
     <p><i>Computed by the growth engine from the recorded measurements. Please check unusual values against the measurement record.</i></p>
     """,
@@ -556,6 +710,37 @@ TEXTS = [
     </table>
     <insert ref="target_height"/>
     <p>Back to the growth summary (<link target="growth_summary"/>).</p>
+    """,
+    """
+    <id>growth_charts</id>
+    <toc><title>Growth charts</title><meta>Height, weight, body mass index and head circumference for age on the WHO percentiles, and the SD scores of the last visits.</meta></toc>
+    <h1>Growth charts</h1>
+    <p>The child's measurements on the percentiles P3, P10, P25, P50, P75, P90 and P97 of the WHO Child Growth Standards (to 5 years) and the WHO Growth Reference 2007 (5 to 19 years); the narrow strip under a chart shows the SD scores. The same charts with SD lines are on another page (<link target="growth_charts_sd"/>).</p>
+    GRAPHS_P
+    <h2>SD scores at the last visits</h2>
+    <p>Each bar runs from the mean (0) to the SD score of that visit.</p>
+    <auxogram>
+     <caption>SD scores at the last four visits</caption>
+     <auxogramline var="HEIGHT" method="HEIGHT_SD:LAST_VISIT[4]"/>
+     <auxogramline var="WEIGHT" method="WEIGHT_SD:LAST_VISIT[4]"/>
+     <auxogramline var="BMI_CHART_P" method="BMI_SD:LAST_VISIT[4]"/>
+     <auxogramline var="FOH" method="FOH_SD:LAST_VISIT[4]"/>
+    </auxogram>
+    <p>Back to the growth summary (<link target="growth_summary"/>).</p>
+    """,
+    """
+    <id>growth_charts_sd</id>
+    <toc><title>Growth charts (SD lines)</title><meta>The growth charts with the lines at -3 to +3 SD, and the height velocity.</meta></toc>
+    <h1>Growth charts with SD lines</h1>
+    <p>The child's measurements on the lines at -3, -2, -1, 0, +1, +2 and +3 SD of the WHO references.</p>
+    GRAPHS_SD
+    <h2>Height velocity</h2>
+    <p>Growth between two visits with a measured height, in centimetres per year, from the age of 2 years.</p>
+    <graph>
+     <caption>Height velocity</caption>
+     <block var="HEIGHT_VEL" priority="100"><refdata/><plot method="HEIGHT_VEL:AGE_ABOVEOR[2]" connect="yes"/></block>
+    </graph>
+    <p>The charts with percentiles (<link target="growth_charts"/>).</p>
     """,
     """
     <id>target_height</id>
@@ -592,6 +777,58 @@ TEXTS = [
 ]
 
 
+# The charts of the two chart texts; KIND is P or SD, WHAT the words for the
+# reference lines. The height chart shows the target height range from the
+# parents once the chart reaches adult heights (the child's last height after
+# 10 years); the narrow strips under height and BMI show the SD scores. The
+# headings of weight and head circumference stand only over a chart: a child
+# first seen after 10 years has no weight for age. An
+# SD strip has no reference, but it gets an empty refdata all the same: the
+# binary form always stores one, and the two forms must read back alike.
+CHART_GRAPHS = """
+    <h2>Height</h2>
+    <graph if="LAST_AGE LTEQ 10">
+     <caption>Height for age (WHAT)</caption>
+     <block var="HEIGHT_CHART_KIND" priority="100"><refdata show="yes"/><plot method="HEIGHT" connect="yes"/></block>
+     <block var="HEIGHT_SD" priority="50" analysed="sd"><refdata/><plot method="HEIGHT_SD" connect="yes"/></block>
+    </graph>
+    <graph if="LAST_AGE GT 10">
+     <caption>Height for age (WHAT) with the target height from the parents</caption>
+     <block var="HEIGHT_CHART_KIND" priority="100">
+      <refdata show="yes"/>
+      <plot method="HEIGHT" connect="yes"/>
+      <targetpoint name="Target" method="TARGET_HT"/>
+      <targetrange><targetpoint name="-8.5" method="TARGET_HT-8.5"/><targetpoint name="+8.5" method="TARGET_HT+8.5"/></targetrange>
+     </block>
+     <block var="HEIGHT_SD" priority="50" analysed="sd"><refdata/><plot method="HEIGHT_SD" connect="yes"/></block>
+    </graph>
+    <h2 if="WEIGHT:AGE_BELOWOR[10]:N GT 0">Weight</h2>
+    <graph>
+     <caption>Weight for age (WHAT), to 10 years</caption>
+     <block var="WEIGHT_CHART_KIND" priority="100"><refdata show="yes"/><plot method="WEIGHT:AGE_BELOWOR[10]" connect="yes"/></block>
+    </graph>
+    <h2>Body mass index</h2>
+    <graph>
+     <caption>BMI for age (WHAT)</caption>
+     <block var="BMI_CHART_KIND" priority="100"><refdata show="yes"/><plot method="BMI" connect="yes"/></block>
+     <block var="BMI_SD" priority="50" analysed="sd"><refdata/><plot method="BMI_SD" connect="yes"/></block>
+    </graph>
+    <h2 if="FOH:AGE_BELOWOR[5]:N GT 0">Head circumference</h2>
+    <graph>
+     <caption>Head circumference for age (WHAT), to 5 years</caption>
+     <block var="FOH_CHART_KIND" priority="100"><refdata show="yes"/><plot method="FOH:AGE_BELOWOR[5]" connect="yes"/></block>
+    </graph>
+"""
+
+
+def chart_graphs(kind, what):
+    return CHART_GRAPHS.replace("KIND", kind).replace("WHAT", what).strip()
+
+
+TEXTS = [t.replace("GRAPHS_P", chart_graphs("P", "percentiles"))
+          .replace("GRAPHS_SD", chart_graphs("SD", "SD lines")) for t in TEXTS]
+
+
 def xml_texts():
     out = ""
     for inner in TEXTS:
@@ -620,7 +857,7 @@ HEADER = """<?xml version='1.0' encoding="Windows-1250" standalone="no"?>
 def make_file(refdir, tolerance, report):
     text = HEADER + xml_graphlines()
     text += "".join(xml_variable(v) for v in VARIABLES)
-    refs = growth_refs(refdir, tolerance, report) + adult_height_refs(refdir)
+    refs = growth_refs(refdir, tolerance, report) + adult_height_refs(refdir) + chart_refs(refdir, report)
     largest = 0
     for name, inner, _ in refs:
         largest = max(largest, len(inner.encode("cp1250")) + len(END_TAG))

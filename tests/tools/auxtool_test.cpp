@@ -120,7 +120,7 @@ TEST_F(AuxtoolTest, TheSampleDatabaseCutTo3000BytesSaysHowManyRecordsItRead) {
   writeFile(cut, readFile(std::string(AUX_SOURCE_DIR) + "/samples/probands.bin").substr(0, 3000));
   ToolRun run = auxtool("check " + knowledge + " " + cut);
   EXPECT_EQ(1, run.exit_code);
-  EXPECT_EQ("knowledge file " + knowledge + ": 39 variables, 24 references, 5 texts\n" + "Database file " + cut +
+  EXPECT_EQ("knowledge file " + knowledge + ": 48 variables, 40 references, 7 texts\n" + "Database file " + cut +
                 " was not read whole; records read: 3\n" + "database " + cut + ": 3 probands\n",
             run.output);
 }

@@ -10,6 +10,8 @@
 //                                           rule, SDk = M*(1 + L*S*k)^(1/L)
 //   percentile = 100 * Phi(z)
 #include <algorithm>
+#include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,7 @@
 #include "gtest/gtest.h"
 #include "knowledge/r_file.h"
 #include "knowledge/r_filestatistics.h"
+#include "knowledge/r_graphreflines.h"
 #include "knowledge/r_probability.h"
 #include "knowledge/r_refdata.h"
 #include "knowledge/r_reference.h"
@@ -26,6 +29,10 @@
 #include "proband/r_a_security.h"
 #include "proband/r_a_simpledb.h"
 #include "proband/r_proband.h"
+#include "graph/r_graphcalculator.h"
+#include "graph/r_graphcontainer.h"
+#include "graph/r_graphreference.h"
+#include "graph/r_textgraph.h"
 #include "tests/support/recording_output.h"
 #include "tests/support/xml_fakes.h"
 
@@ -181,8 +188,9 @@ TEST_P(SampleKnowledgeTest, CoversTheAgesOfEachWHOTableAndNoMore) {
 // summary and into the table of visits.
 TEST_P(SampleKnowledgeTest, WritesEveryReportTextForEveryProband) {
   ASSERT_TRUE(loaded);
-  const char* const ids[] = {"growth_summary", "visit_table", "target_height", "puberty_girls", "puberty_boys"};
-  ASSERT_EQ(5, file.getTextCount());
+  const char* const ids[] = {"growth_summary", "visit_table", "target_height", "puberty_girls", "puberty_boys",
+                             "growth_charts", "growth_charts_sd"};
+  ASSERT_EQ(7, file.getTextCount());
   EXPECT_TRUE(file.getText(file.findText("target_height"))->getTitle().isEmpty());
   NoSecurity security;
   R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
@@ -196,7 +204,7 @@ TEST_P(SampleKnowledgeTest, WritesEveryReportTextForEveryProband) {
       ASSERT_GE(calls.size(), 2u);
       EXPECT_EQ("beginDocument", calls.front());
       EXPECT_EQ("endDocument", calls.back());
-      bool shows_target = std::string(id).compare(0, 8, "puberty_") != 0;
+      bool shows_target = std::string(id).compare(0, 8, "puberty_") != 0 && std::string(id).compare(0, 8, "growth_c") != 0;
       EXPECT_EQ(shows_target ? 1 : 0, std::count(calls.begin(), calls.end(), "writeHeader 1 \"Target height\""));
       for (const std::string& call : calls) {
         if (call.compare(0, 12, "writeAnchor ") != 0) continue;
@@ -241,6 +249,92 @@ TEST_P(SampleKnowledgeTest, TheSummaryShowsTheTargetHeightAndPubertyBySexAndAge)
   file.getText(file.findText("growth_summary"))->write(file, *boy, R_Number(10.5), older, 0);
   EXPECT_EQ(std::count_if(calls.begin(), calls.end(), isResult),
             std::count_if(older.calls().begin(), older.calls().end(), isResult));
+}
+
+// The chart references draw the LMS curves at their own columns, written to
+// three decimals: value = M*(1 + L*S*z)^(1/L), M*(1 + S*z) where L = 1, with
+// z(P97) = 1.880794, z(P3) = -1.880794.
+TEST_P(SampleKnowledgeTest, ChartReferencesDrawTheLMSCurvesAtTheirOwnLines) {
+  ASSERT_TRUE(loaded);
+  struct Line {
+    const char* what;
+    const char* variable;
+    int sex;
+    bool last_row;  // the table's last row, else its first
+    int line;
+    const char* label;
+    double value;
+  };
+  const Line rows[] = {
+      {"boys' length day 0: 49.8842 * (1 + 0.03795 * 1.880794)", "HEIGHT_CHART_P", kMale, false, 6, "P97", 53.445},
+      {"the same at P3: 49.8842 * (1 - 0.071377)", "HEIGHT_CHART_P", kMale, false, 0, "P3", 46.324},
+      {"boys' length day 0 at +2 SD: 49.8842 * (1 + 0.03795 * 2)", "HEIGHT_CHART_SD", kMale, false, 5, "+2 SD", 53.670},
+      {"boys' length day 0 at 0 SD: M", "HEIGHT_CHART_SD", kMale, false, 3, "0 SD", 49.884},
+      {"girls' BMI 228 months at P3: 21.4269 * (1 + 0.203596)^(-1/0.7496)", "BMI_CHART_P", kFemale, true, 0, "P3",
+       16.734},
+  };
+  const R_GraphRefLinesFormat& format = file.getGraphRefLines().getFormat(R_GraphRefLines::percentileKind);
+  for (const Line& row : rows) {
+    SCOPED_TRACE(row.what);
+    int index = file.getStatistics().getVarIndex(row.variable);
+    ASSERT_GE(index, 0);
+    int ref = file.findReference(row.sex, R_Number(row.last_row ? 19.0 : 0.0), file.getVariable(index)->getXYVar());
+    ASSERT_GE(ref, 0);
+    const R_RefData& data = *file.getReference(ref)->getData();
+    ASSERT_TRUE(data.isFollowed());
+    ASSERT_EQ(7, data.getLineCount(format));
+    EXPECT_STREQ(row.label, data.getLineText(row.line, format).get());
+    R_Number value;
+    data.getLineValue(row.last_row ? data.getXCount() - 1 : 0, row.line, format, value);
+    ASSERT_TRUE(value.isDefined());
+    EXPECT_NEAR(row.value, value.getValue(), 1e-9);
+  }
+}
+
+// The grid each chart takes for the demo's boy (followed from birth to 15
+// years, weights to 10 and head circumference to 5 years kept by the plots)
+// and girl (birth to 8 years): the smallest variant that holds all points.
+// The boy's heights need 0 to 20 years; the girl's fit 0 to 10.
+TEST_P(SampleKnowledgeTest, EachChartTakesTheSmallestGridThatHoldsThePoints) {
+  ASSERT_TRUE(loaded);
+  NoSecurity security;
+  R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
+  struct Chart {
+    const char* proband;
+    int graph;  // the n-th graph of the text growth_charts
+    const char* scale;  // X from, to, step; Y from, to, step of the first block
+  };
+  const Chart rows[] = {
+      {"Svoboda Martin", 1, "0 20 2 40 200 20"},  {"Svoboda Martin", 2, "0 10 1 0 50 5"},
+      {"Svoboda Martin", 3, "0 20 2 8 40 4"},     {"Svoboda Martin", 4, "0 5 0.5 30 56 2"},
+      {"Urbanov\xe1 Nela", 0, "0 10 1 40 170 10"}, {"Urbanov\xe1 Nela", 2, "0 10 1 0 50 5"},
+      {"Urbanov\xe1 Nela", 3, "0 10 1 10 30 2"},   {"Urbanov\xe1 Nela", 4, "0 5 0.5 30 56 2"},
+  };
+  const R_SuperText& charts = *file.getText(file.findText("growth_charts"));
+  for (const Chart& row : rows) {
+    SCOPED_TRACE(std::string(row.proband) + " graph " + std::to_string(row.graph));
+    const R_Proband* who = nullptr;
+    for (int p = 0; p < database.getN(); ++p)
+      if (strcmp(database.getText(p, 0).get(), row.proband) == 0) who = database.getProband(p);
+    ASSERT_TRUE(who);
+    std::vector<const R_TextGraph*> graphs;
+    for (int e = 0; e < charts.getCount(); ++e)
+      if (charts.getElement(e).getType() == 5) graphs.push_back(static_cast<const R_TextGraph*>(&charts.getElement(e)));
+    ASSERT_EQ(5u, graphs.size());
+    const R_TextGraph& graph = *graphs[row.graph];
+    R_GraphContainer container(graph.getBlockCount());
+    for (int b = 0; b < graph.getBlockCount(); ++b) container.add(&graph.getBlock(b));
+    ASSERT_TRUE(container.prepare());
+    R_GraphCalculator calculator(file, *who, R_Number(9.5), container);
+    R_GraphReference reference(container, calculator, file, *who);
+    ASSERT_TRUE(reference.ok());
+    ASSERT_TRUE(reference.isRef(0));
+    char scale[128];
+    snprintf(scale, sizeof scale, "%g %g %g %g %g %g", reference.getXMin().getValue(),
+             reference.getXMax().getValue(), reference.getXStep().getValue(), reference.getYMin(0).getValue(),
+             reference.getYMax(0).getValue(), reference.getYStep(0).getValue());
+    EXPECT_EQ(row.scale, std::string(scale));
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(BothForms, SampleKnowledgeTest, ::testing::Values("knowledge.xml", "knowledge.bin"));
