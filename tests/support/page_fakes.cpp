@@ -35,7 +35,8 @@ void FakeParameters::encodeURL(const char* target, char* buffer, int size) const
 }
 
 void CollectingPageSink::error(int code, const char* text) {
-  events_.push_back("error " + std::to_string(code) + " " + text);
+  // Codes 1 and 2 come without a text.
+  events_.push_back("error " + std::to_string(code) + (text ? std::string(" ") + text : std::string()));
 }
 
 void CollectingPageSink::graphDone(const char* path, const char* url) {

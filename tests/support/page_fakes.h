@@ -58,7 +58,8 @@ class FakeParameters : public R_A_Parameters {
 };
 
 // Collects the page bytes of all pages in one text, and each other call as
-// one line: "begin", "end", "graph path url", "error code text".
+// one line: "begin", "end", "graph path url", "error code text" ("error code"
+// without a text).
 class CollectingPageSink : public R_A_PageSink {
  public:
   void error(int code, const char* text) override;
