@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE ?= cmake
 
-.PHONY: all build test test-asan bench demo fuzz fuzz-smoke clean
+.PHONY: all build test test-asan bench demo serve fuzz fuzz-smoke clean
 
 all: build
 
@@ -36,6 +36,20 @@ demo:
 	@$(CMAKE) --build build -j $(JOBS) --target exporter auxtool > build-demo.log 2>&1 || \
 	  { echo "the build failed; see build-demo.log" >&2; exit 1; }
 	bash samples/demo.sh
+
+# The page application in a browser at http://127.0.0.1:8080/, on a copy of
+# the samples in build/serve/: the templates and the setup are copied afresh
+# each time, the database only when it is not there yet, so changes made in
+# the browser stay until build/serve/probands.bin is removed. Ctrl-C stops it.
+SERVE_PORT ?= 8080
+serve:
+	@$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	@mkdir -p build/serve
+	@$(CMAKE) --build build -j $(JOBS) --target auxserve > build/serve/build.log 2>&1 || \
+	  { echo "the build failed; see build/serve/build.log" >&2; exit 1; }
+	@cp -r samples/auxserve.txt samples/knowledge.bin samples/pages build/serve/
+	@[ -f build/serve/probands.bin ] || cp samples/probands.bin build/serve/
+	build/bin/auxserve build/serve/auxserve.txt --port $(SERVE_PORT)
 
 # libFuzzer targets for every reader of outside files, built with clang under
 # AddressSanitizer and UndefinedBehaviorSanitizer, with their seed corpora.
