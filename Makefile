@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE ?= cmake
 
-.PHONY: all build test test-asan bench demo serve fuzz fuzz-smoke clean
+.PHONY: all build test test-asan bench demo serve e2e fuzz fuzz-smoke clean
 
 all: build
 
@@ -50,6 +50,15 @@ serve:
 	@cp -r samples/auxserve.txt samples/knowledge.bin samples/pages build/serve/
 	@[ -f build/serve/probands.bin ] || cp samples/probands.bin build/serve/
 	build/bin/auxserve build/serve/auxserve.txt --port $(SERVE_PORT)
+
+# Browser tests in headless Chromium (e2e/*.test.js through playwright-core):
+# builds the programs they drive, installs playwright-core when
+# node_modules is missing, and ends with node's test summary.
+e2e:
+	@$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	$(CMAKE) --build build -j $(JOBS) --target auxserve auxtool
+	@[ -d node_modules/playwright-core ] || npm ci --no-audit --no-fund
+	npm test
 
 # libFuzzer targets for every reader of outside files, built with clang under
 # AddressSanitizer and UndefinedBehaviorSanitizer, with their seed corpora.
