@@ -13,7 +13,7 @@ out=$3
 
 rm -rf "$out"
 for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist \
-    setup_reader query_parser text_paragraph conversion import_list; do
+    setup_reader query_parser text_paragraph conversion import_list page_walker; do
   mkdir -p "$out/$target"
 done
 
@@ -132,6 +132,9 @@ for f in "$out"/database_xml/sample-*.xml; do
   sed 's/p_database>/import_list>/g; s/p_record>/import_proband>/g; s/p_name>/name>/g; s/p_comment>/comment>/g' "$f" \
     > "$out/import_list/$(basename "$f")"
 done
+
+# Page templates: the fixture pages of the page tests.
+cp "$src"/tests/data/page/pages/*.htm "$out/page_walker/"
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"

@@ -14,13 +14,15 @@ here=$(cd "$(dirname "$0")" && pwd)
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
   targets=(xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist
-    setup_reader query_parser text_paragraph conversion import_list)
+    setup_reader query_parser text_paragraph conversion import_list page_walker)
 fi
 
 # The longest input per target: the XML forms up to what a capture and a few
 # elements need, formulas and paragraphs as long as any an author writes,
 # setup files past the longest line and value, import lists like the other
-# XML forms, queries as long as a browser sends.
+# XML forms, queries as long as a browser sends, page templates as long as a
+# page with a few nested loops (the work of a walk grows with the passes of
+# nested loops, not with the bytes).
 options_for() {
   case $1 in
     xml_parser) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
@@ -33,6 +35,7 @@ options_for() {
     text_paragraph) echo "-max_len=16384 -dict=$here/dicts/paragraph.dict" ;;
     conversion) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
     import_list) echo "-max_len=65536 -dict=$here/dicts/import.dict" ;;
+    page_walker) echo "-max_len=4096 -dict=$here/dicts/page.dict" ;;
     *) echo "unknown target $1" >&2; return 1 ;;
   esac
 }

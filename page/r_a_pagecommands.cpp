@@ -275,17 +275,21 @@ void getUserCss(Level& l, int) { put(l, l.ctx.userStyle); }
 void getTodayDate(Level& l, int) { putDate(l, l.parameters.getToday()); }
 void getCommandOrder(Level& l, int) { putWhole(l, l.ctx.order.getValue()); }
 
+// Window sums in 64 bits: the size is any integer a setup file gives.
+long long lastTop(Level& l) { return static_cast<long long>(l.ctx.database.getN()) - l.windowSize; }
+
 void getWindowTopPrevious(Level& l, int) {
-  putNumber(l, R_Number(l.top < l.windowSize ? 0.0 : l.top - l.windowSize + 0.0));
+  long long top = l.top, size = l.windowSize;
+  putNumber(l, R_Number(top < size ? 0.0 : static_cast<double>(top - size)));
 }
 
 void getWindowTopNext(Level& l, int) {
-  int last = l.ctx.database.getN() - l.windowSize;
-  putNumber(l, R_Number(l.top > last ? last + 0.0 : l.top + l.windowSize + 0.0));
+  long long top = l.top, last = lastTop(l);
+  putNumber(l, R_Number(static_cast<double>(top > last ? last : top + l.windowSize)));
 }
 
 int ifWindowPrevious(Level& l, int) { return l.top > 0; }
-int ifWindowNext(Level& l, int) { return l.top < l.ctx.database.getN() - l.windowSize; }
+int ifWindowNext(Level& l, int) { return l.top < lastTop(l); }
 
 // ---- loops ---------------------------------------------------------------
 

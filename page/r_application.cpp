@@ -109,8 +109,10 @@ void R_Application::walk(const R_A_Parameters& parameters, R_A_PageSink& sink, R
     level.top = parameters.getInt(Par::parTop);
     if (level.top < 0) level.top = 0;
     // May go below zero when the database is smaller than a window; the
-    // window loop passes over the negative indices.
-    if (level.top > count - level.windowSize) level.top = count - level.windowSize;
+    // window loop passes over the negative indices. A size below zero
+    // leaves the top alone rather than overflow.
+    long long last = static_cast<long long>(count) - level.windowSize;
+    if (level.top > last) level.top = static_cast<int>(last);
   }
 
   char token[R_A_Parser::tokenSize];

@@ -1,0 +1,254 @@
+// The walker over odd and hostile templates, and whole requests: commands
+// with the order token, the temporary proband, searches and page choice.
+// Fixtures as in page_fixture.h.
+#include "page/r_application.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "page/r_a_commandorder.h"
+#include "page/r_a_errorreporter.h"
+#include "proband/r_proband.h"
+#include "tests/page/page_fixture.h"
+
+namespace {
+struct WalkRow {
+  std::string page;
+  std::string text;
+  std::string events;
+};
+
+std::string nested(int ifs, const std::string& inner) {
+  std::string text;
+  for (int i = 0; i < ifs; ++i) text += "$if-any-probands ";
+  text += inner;
+  for (int i = 0; i < ifs; ++i) text += "$end";
+  return text;
+}
+}  // namespace
+
+class ApplicationTest : public PageFixture {};
+
+TEST_F(ApplicationTest, TemplatesGiveADefinedPageWhateverTheirBytes) {
+  const std::string a40(40, 'a');
+  const WalkRow rows[] = {
+      {"$$ and $$$$", "$ and $$", "begin;end;"},
+      {"$(get-proband-count)x", "3x", "begin;end;"},
+      {"$get-proband-countx", "", "begin;error 4 get-proband-countx;end;"},
+      {"$ x", " x", "begin;error 4 ;end;"},
+      {"$(nope)!", "!", "begin;error 4 nope;end;"},
+      {"$GET-Proband-COUNT $IF-any-probands y$END", "3  y", "begin;end;"},
+      {"$if-any-probands yes $else no $end", " yes ", "begin;end;"},
+      {"$" + a40 + "a!", "a!", "begin;error 4 " + a40 + ";end;"},
+      {"$(" + a40 + "b)", "b)", "begin;error 4 " + a40 + ";end;"},
+      // A block without its $end: the body is walked once as plain text.
+      {"$if-any-probands x", " x", "begin;error 2;end;"},
+      {"$for-each-proband x", " x", "begin;error 2;error 2;error 2;end;"},
+      {"$end$else.", ".", "begin;error 4 end;error 4 else;end;"},
+      // $else ends a loop's body; of two $else the last counts.
+      {"$for-each-proband a$else b$end", " a a a", "begin;end;"},
+      {"$if-any-probands a$else b$else c$end", " a b", "begin;error 4 else;end;"},
+      // An inner block's $else is its own.
+      {"$if-any-probands a$if-any-measures b$else c$end d$else e$end", " a d", "begin;end;"},
+      // The scanner reads "$$end" as an end: the body stops at the second '$'.
+      {"$if-any-probands x$$end y$end", " x y", "begin;error 4 ;error 4 end;end;"},
+      // A block command in $(...) works, but an enclosing block's scan does
+      // not count it, so the first $end closes the enclosing block.
+      {"$(if-any-probands) y$end", " y", "begin;end;"},
+      {"$if-any-probands a$(if-any-probands) b$end c$end", " a b c", "begin;error 2;error 4 end;end;"},
+      {nested(16, "X"), std::string(16, ' ') + "X", "begin;end;"},
+      {nested(17, "X"), std::string(16, ' '), "begin;error 1;end;"},
+      {"$", "", "begin;error 4 ;end;"},
+  };
+  for (const WalkRow& row : rows) {
+    SCOPED_TRACE(row.page);
+    EXPECT_EQ(row.text, walk("", row.page));
+    EXPECT_EQ(row.events, events());
+  }
+}
+
+TEST_F(ApplicationTest, DeepAndGiantTemplatesStayBounded) {
+  // Only 16 levels of 5000 are walked.
+  EXPECT_EQ(std::string(16, ' '), walk("", nested(5000, "X")));
+  EXPECT_EQ("begin;error 1;end;", events());
+  // Unclosed loops are walked one after the other as plain text, each
+  // reporting its missing $end once per proband: 100 blanks, 300 reports.
+  std::string unclosed;
+  for (int i = 0; i < 100; ++i) unclosed += "$for-each-proband ";
+  EXPECT_EQ(std::string(100, ' '), walk("", unclosed));
+  std::string reports;
+  for (int i = 0; i < 300; ++i) reports += "error 2;";
+  EXPECT_EQ("begin;" + reports + "end;", events());
+
+  std::string giant(20 * 1024 * 1024, 'x');
+  giant += "$get-proband-count";
+  std::string text = walk("", giant);
+  EXPECT_EQ(giant.size() - 18 + 1, text.size());  // the command's 18 bytes give "3"
+  EXPECT_EQ("3", text.substr(text.size() - 1));
+}
+
+TEST_F(ApplicationTest, ARequestChoosesASafePage) {
+  writeFile(dir.file("...htm"), "dots");
+  const WalkRow rows[] = {
+      {"_page=../main", "main", "begin;end;"},
+      {"_page=..", "dots", "begin;end;"},
+      {"_page=", "main", "begin;end;"},
+      {"_page=a%2Fb", "main", "begin;end;"},
+      {"_page=gone", "", "error 3 gone;"},
+      {"_page=main&_errorpage=gone", "main", "begin;end;"},
+  };
+  for (const WalkRow& row : rows) {
+    SCOPED_TRACE(row.page);
+    EXPECT_EQ(row.text, request(row.page));
+    EXPECT_EQ(row.events, events());
+  }
+  app->setDefaultPage(nullptr);
+  EXPECT_EQ("", request("_page=a/b"));
+  EXPECT_EQ("", events());
+}
+
+TEST_F(ApplicationTest, TheOrderTokenLetsEachFormThroughOnce) {
+  std::string order = std::to_string(firstOrder);
+  std::string next = std::to_string(firstOrder + 1);
+  // A stale token deletes nothing and shows the proband.
+  EXPECT_EQ("Berta 49324032", walk("_cmd=del&_order=123&_p_id=r101", "$get-proband-name $get-command-order"));
+  EXPECT_EQ(3, db->getN());
+  // The right token without a command still moves on.
+  EXPECT_EQ(next, walk("_order=" + order, "$get-command-order"));
+  EXPECT_EQ("Berta", walk("_cmd=del&_order=" + order + "&_p_id=r101", "$get-proband-name"));
+  EXPECT_EQ(3, db->getN());
+  EXPECT_EQ("[]", walk("_cmd=del&_order=" + next + "&_p_id=r101", "[$get-proband-name]"));
+  EXPECT_EQ(2, db->getN());
+  EXPECT_EQ(2, reopen()->getN());
+  // The same form again: the token has moved, nothing more is deleted.
+  EXPECT_EQ("Cyril", walk("_cmd=del&_order=" + next + "&_p_id=r101", "$get-proband-name"));
+  EXPECT_EQ(2, db->getN());
+
+  R_A_CommandOrder token(R_A_LocalTime{120, 10, 24, 23, 5, 9});
+  EXPECT_EQ(12042, token.getStamp());
+  for (int i = 0; i < 1024; ++i) token.advance();
+  EXPECT_EQ(firstOrder, token.getValue());
+  EXPECT_TRUE(token.check(firstOrder + 1024 * 3));  // bits 10 and 11 are not looked at
+  EXPECT_FALSE(token.check(firstOrder + 4096));
+}
+
+TEST_F(ApplicationTest, NewAddsRecordsAndVisitsAndSavesThem) {
+  std::string order = "&_order=" + std::to_string(firstOrder);
+  std::string page = "$get-proband-index:$get-proband-name:$get-proband-comment:$get-proband-dob:"
+                     "$for-each-measure[$get-measure-age,$get-measure-comment]$end";
+  // 2.3.2012 to 2.3.2018: 2191 days (2016 is a leap year): 2191 / 365.25 = 5.999.
+  EXPECT_EQ("4:Dora:x(y:2.3.2012:[5.999,a^b]",
+            walk("_cmd=new" + order + "&_p_name=Dora&_p_cmt=x%3Cy&_p_sex=f&_p_dob=2.3.2012&_m_date=2.3.2018"
+                 "&_m_cmt=a%26b&HEIGHT=120&FATHER_HT=175&NOTHING=1",
+                 page));
+  std::unique_ptr<R_A_SimpleDB> saved = reopen();
+  ASSERT_EQ(4, saved->getN());
+  const R_Proband& dora = *saved->getProband(3);
+  EXPECT_STREQ("Dora", saved->getText(3, 0).get());
+  EXPECT_EQ(1, dora.getSex());
+  EXPECT_EQ(175.0, dora.getAnamnesticNumber(0).getValue());
+  EXPECT_EQ(120.0, dora.getFollowedNumber(0, 0).getValue());
+
+  // An existing proband with an empty age and no date gets no visit.
+  std::string order2 = "&_order=" + std::to_string(firstOrder + 1);
+  EXPECT_EQ("3:Cyril:0", walk("_cmd=new" + order2 + "&_p_id=r102&_p_name=Cyril&_m_age=&HEIGHT=100",
+                              "$get-proband-index:$get-proband-name:$get-measure-count"));
+  // No identifier and no sex: nothing is added.
+  std::string order3 = "&_order=" + std::to_string(firstOrder + 2);
+  EXPECT_EQ("[]", walk("_cmd=new" + order3 + "&_p_name=Eva", "[$get-proband-name]"));
+  EXPECT_EQ(4, db->getN());
+}
+
+TEST_F(ApplicationTest, SetChangesTheRecordAndItsVisit) {
+  std::string order = "&_order=" + std::to_string(firstOrder);
+  // Visit 1 moves from 6.5 to 4 years and so comes first; its height changes.
+  EXPECT_EQ("Adam2: f:0:4=125.0;4.999=110.4;",
+            walk("_cmd=set" + order + "&_p_id=r100&_p_name=Adam2&_p_sex=F&_m_id=1&_m_age=4&_m_cmt=<x>&HEIGHT=125",
+                 "$get-proband-name:$if-proband-sex-female f$end:$get-measure-id:"
+                 "$for-each-measure$get-measure-age=$for-each-followed$get-followed-value$end;$end"));
+  std::unique_ptr<R_A_SimpleDB> saved = reopen();
+  EXPECT_STREQ("Adam2", saved->getText(0, 0).get());
+  EXPECT_STREQ("<x>", db->getProband(0)->getVisitComment(0).get());
+  EXPECT_EQ(125.0, saved->getProband(0)->getFollowedNumber(0, 0).getValue());
+
+  // A visit that is not there: only the anamnestic values change.
+  std::string order2 = "&_order=" + std::to_string(firstOrder + 1);
+  walk("_cmd=set" + order2 + "&_p_id=r100&_p_name=Adam2&_m_id=7&FATHER_HT=190&HEIGHT=99", "");
+  EXPECT_EQ(190.0, db->getProband(0)->getAnamnesticNumber(0).getValue());
+  EXPECT_EQ(125.0, db->getProband(0)->getFollowedNumber(0, 0).getValue());
+}
+
+TEST_F(ApplicationTest, DelRemovesAVisitOrTheRecord) {
+  std::string order = "&_order=" + std::to_string(firstOrder);
+  EXPECT_EQ("Adam 1 []", walk("_cmd=del" + order + "&_p_id=r100&_m_id=0",
+                               "$get-proband-name $get-measure-count [$get-measure-id]"));
+  EXPECT_EQ(1, reopen()->getProband(0)->getVisitCount());
+}
+
+TEST_F(ApplicationTest, TheTemporaryProbandComesFromTheRequest) {
+  const std::string page =
+      "$get-proband-name|$get-proband-comment|$get-proband-measure-count|"
+      "$for-each-measure$get-measure-age=$for-each-followed$get-followed-value,$end;$end";
+  const WalkRow rows[] = {
+      {"/temp?_page=t&_p_name=T%3Cx&_p_cmt=c&_p_sex=F&_AGE=5&HEIGHT=110&MENARCHE=0&_AGE=6&HEIGHT=116&FATHER_HT=170",
+       "T{x|c|2|5=110.0,no,;6=116.0,,;", "begin;end;"},
+      // Without a sex the proband stays empty; the name and comment remain.
+      {"/TEMP?_page=t&_p_name=T&_p_cmt=c&HEIGHT=110", "T|c|0|", "begin;end;"},
+      // A value before any age or date has no visit to go to; a date needs
+      // the date of birth: 1.1.2010 to 1.7.2012 are 912 days, 2.497 years.
+      {"/temp?_page=t&_p_sex=M&_p_dob=1.1.2010&HEIGHT=90&_DATE=1.7.2012&HEIGHT=91", "||1|2.497=91.0,,;", "begin;end;"},
+      {"/temp?_page=t&_p_sex=M&_DATE=1.7.2012&HEIGHT=91", "||0|", "begin;end;"},
+      {"/xml?_page=t&_xml=broken&_XML=%3Cproband%3E%3Cinfo+sex%3D%22male%22+%2F%3E%3C%2Fproband%3E", "||0|",
+       "begin;end;"},
+  };
+  for (const WalkRow& row : rows) {
+    SCOPED_TRACE(row.page);
+    writeFile(dir.file("t.htm"), page);
+    EXPECT_EQ(row.text, request(row.page));
+    EXPECT_EQ(row.events, events());
+  }
+  writeFile(dir.file("t.htm"), "$if-proband-sex-male m$else f$end");
+  EXPECT_EQ(" m", request("/xml?_page=t&_xml=broken&_XML=%3Cproband%3E%3Cinfo+sex%3D%22male%22+%2F%3E%3C%2Fproband%3E"));
+  // The query of a loaded proband rebuilds it through /temp.
+  writeFile(dir.file("t.htm"), "$get-proband-cgi");
+  std::string query = request("_page=t&_p_id=r101");
+  writeFile(dir.file("t.htm"), page);
+  EXPECT_EQ("Berta|twin|1|12=,yes,;", request("/temp?_page=t&" + query));
+}
+
+TEST_F(ApplicationTest, WholePagesFromFixtureTemplates) {
+  const std::string pages = testData("page/pages/");
+  app->setPages("http://pages/", pages.c_str(), ".htm");
+  setup.setInt(R_A_Setup::intProbandsPerPage, 1);
+  // One proband per window: a full window walks two, and the next window
+  // starts at 0 + 1.
+  const struct {
+    const char* query;
+    const char* expected;
+  } rows[] = {
+      {"_page=list&_top=0&_srch=x%3Cy", "list_notfound.txt"},
+      {"_page=proband&_p_id=r100", "proband_adam.txt"},
+      {"_page=proband&_p_id=r999", "proband_none.txt"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.query);
+    EXPECT_EQ(readFile(pages + row.expected), request(row.query));
+  }
+  setup.setInt(R_A_Setup::intProbandsPerPage, 50);
+  EXPECT_EQ(readFile(pages + "list_all.txt"), request("_page=list"));
+}
+
+TEST(ErrorReporterTest, KeepsTheLinesThatFitBelow2048Bytes) {
+  R_A_ErrorReporter reporter;
+  reporter.report("first");
+  reporter.report(nullptr);
+  // 6 + 1 bytes so far; 7 + 2040 = 2047 is below 2048 and is taken, which
+  // makes 2048 bytes with its newline; then even "" no longer fits.
+  reporter.report(std::string(2040, 'x').c_str());
+  reporter.report("");
+  EXPECT_EQ("first\n\n" + std::string(2040, 'x') + "\n", reporter.getText());
+  reporter.clear();
+  reporter.report(std::string(2048, 'y').c_str());
+  EXPECT_STREQ("", reporter.getText());
+}
