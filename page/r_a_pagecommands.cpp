@@ -293,37 +293,50 @@ int ifWindowNext(Level& l, int) { return l.top < lastTop(l); }
 
 // ---- loops ---------------------------------------------------------------
 
+// Every loop counts on its own and sets the context from its count before
+// each pass: a body may change the same index (a nested loop of the same
+// kind ends by setting its order to -1, force-proband-reset clears the
+// proband index for the rest of its level), and the loop must still end.
+
 // Each pass starts without a visit. The proband index stays behind the last
 // record until the level is left.
 void forEachProband(Level& l, R_A_Parser& body, int) {
-  for (l.ctx.probandIndex = 0; l.ctx.probandIndex < l.ctx.database.getN(); ++l.ctx.probandIndex) {
+  int count = l.ctx.database.getN();
+  for (int i = 0; i < count; ++i) {
+    l.ctx.probandIndex = i;
     l.ctx.measureIndex = -1;
     walkBody(l, body);
   }
+  l.ctx.probandIndex = count;
 }
 
-bool isSelectedProband(Level& l) {
-  return l.ctx.checkContext(C::maskProband) && l.ctx.database.isSelected(l.ctx.probandIndex);
+bool isSelectedProband(Level& l, int index) {
+  l.ctx.probandIndex = index;
+  return l.ctx.checkContext(C::maskProband) && l.ctx.database.isSelected(index);
 }
 
 void forEachSelectedProband(Level& l, R_A_Parser& body, int) {
-  for (l.ctx.probandIndex = 0; l.ctx.probandIndex < l.ctx.database.getN(); ++l.ctx.probandIndex) {
-    if (!isSelectedProband(l)) continue;
+  int count = l.ctx.database.getN();
+  for (int i = 0; i < count; ++i) {
+    if (!isSelectedProband(l, i)) continue;
     l.ctx.measureIndex = -1;
     walkBody(l, body);
   }
+  l.ctx.probandIndex = count;
 }
 
 // The count is tested after the body, so a full window walks one proband
 // more than its size: the page can tell from it that a next window exists.
 void forEachSelectedProbandInWindow(Level& l, R_A_Parser& body, int) {
   int walked = 0;
-  for (l.ctx.probandIndex = l.top; l.ctx.probandIndex < l.ctx.database.getN(); ++l.ctx.probandIndex) {
-    if (!isSelectedProband(l)) continue;
+  int i = l.top;
+  for (; i < l.ctx.database.getN(); ++i) {
+    if (!isSelectedProband(l, i)) continue;
     l.ctx.measureIndex = -1;
     walkBody(l, body);
     if (++walked > l.windowSize) break;
   }
+  l.ctx.probandIndex = i;
 }
 
 void forEachText(Level& l, R_A_Parser& body, int) {
@@ -333,16 +346,25 @@ void forEachText(Level& l, R_A_Parser& body, int) {
   }
 }
 
+// The loop counts the visits of the proband it started with: each level of
+// the body sets the application's current proband afresh, and a body that
+// resets the proband leaves none behind for the next pass.
 void forEachMeasure(Level& l, R_A_Parser& body, int) {
-  for (l.ctx.measureIndex = 0; l.ctx.measureIndex < l.ctx.current->getVisitCount(); ++l.ctx.measureIndex) {
+  int count = l.ctx.current->getVisitCount();
+  for (int i = 0; i < count; ++i) {
+    l.ctx.measureIndex = i;
     walkBody(l, body);
   }
+  l.ctx.measureIndex = count;
 }
 
 void forEachVariable(Level& l, R_A_Parser& body, int kind) {
   int& order = kind == anamnestic ? l.ctx.anamnesticOrder : l.ctx.followedOrder;
   int count = kind == anamnestic ? l.ctx.getAnamnesticCount() : l.ctx.getFollowedCount();
-  for (order = 0; order < count; ++order) walkBody(l, body);
+  for (int i = 0; i < count; ++i) {
+    order = i;
+    walkBody(l, body);
+  }
   order = -1;
 }
 
@@ -350,7 +372,10 @@ void forEachListItem(Level& l, R_A_Parser& body, int) {
   const R_Variable* var = l.ctx.getAnamnesticVariable();
   if (!var || !var->isList() || var->getList().getN() == 0) var = l.ctx.getFollowedVariable();
   if (!var || !var->isList()) return;
-  for (l.ctx.listItem = 0; l.ctx.listItem < var->getList().getN(); ++l.ctx.listItem) walkBody(l, body);
+  for (int i = 0; i < var->getList().getN(); ++i) {
+    l.ctx.listItem = i;
+    walkBody(l, body);
+  }
   l.ctx.listItem = -1;
 }
 

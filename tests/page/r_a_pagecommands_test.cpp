@@ -87,6 +87,8 @@ TEST_F(PageCommandsTest, MeasureCommandsNeedAVisitOfTheLoadedProband) {
       {"", "[$if-any-measures y$else n$end]", "[]"},
       {adam, "$for-each-measure[$get-measure-order:$get-measure-age]$end", "[1:4.999][2:6.5]"},
       {"", "[$for-each-measure x$end]", "[]"},
+      // A body that drops the proband: the loop still counts Adam's visits.
+      {adam, "$for-each-measure$force-proband-reset x$end", " x x"},
   };
   runRows(rows, sizeof(rows) / sizeof(rows[0]));
 }

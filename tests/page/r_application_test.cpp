@@ -60,6 +60,12 @@ TEST_F(ApplicationTest, TemplatesGiveADefinedPageWhateverTheirBytes) {
       {nested(16, "X"), std::string(16, ' ') + "X", "begin;end;"},
       {nested(17, "X"), std::string(16, ' '), "begin;error 1;end;"},
       {"$", "", "begin;error 4 ;end;"},
+      // Loops end whatever their bodies do to the index they run over.
+      {"$for-each-anamnestic[$for-each-anamnestic$get-anamnestic-id,$end]$end", "[FATHER_HT,BIRTH,][FATHER_HT,BIRTH,]",
+       "begin;end;"},
+      {"$for-each-proband$force-proband-reset.$end", "...", "begin;end;"},
+      {"$for-each-followed$for-each-list-item$for-each-list-item$get-list-item-name$end$end$end", "noyesnoyes",
+       "begin;end;"},
   };
   for (const WalkRow& row : rows) {
     SCOPED_TRACE(row.page);
