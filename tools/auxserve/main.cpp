@@ -38,6 +38,15 @@ bool checkBind(const ServerOptions& options, const ServerSettings& settings, std
     fprintf(stderr, "--bind needs an access token in the environment variable %s\n", kTokenVariable);
     return false;
   }
+  // The token travels in a cookie and a header: printable ASCII only,
+  // without the separators of either.
+  for (const char* p = given; *p; ++p) {
+    unsigned char byte = static_cast<unsigned char>(*p);
+    if (byte <= 32 || byte >= 127 || byte == ';' || byte == ',' || byte == '"' || byte == '\\') {
+      fprintf(stderr, "%s may hold printable ASCII only, without blanks and ; , \" \\\n", kTokenVariable);
+      return false;
+    }
+  }
   token = given;
   return true;
 }

@@ -152,8 +152,3 @@ PageAnswer PageService::handle(const std::string& target) {
   }
   return answer;
 }
-
-int PageService::getRecordCount() {
-  std::lock_guard<std::mutex> lock(engine);
-  return database->getN();
-}

@@ -48,9 +48,6 @@ class PageService {
   // One request, by its raw target. Requires: start() succeeded.
   PageAnswer handle(const std::string& target);
 
-  // The number of records, read under the lock.
-  int getRecordCount();
-
  private:
   bool openDatabase(R_XMLErrorReporter& reporter, FILE* warnings);
   void makeApplication();
