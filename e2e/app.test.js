@@ -30,9 +30,14 @@ before(async () => {
   page = await newPage();
 });
 
+// The server ends cleanly, also when it runs under the sanitizers
+// (AUXSERVE=build-asan/bin/auxserve), whose reports go to its error output.
 after(async () => {
   if (browser) await browser.close();
-  if (server) await server.stop();
+  if (!server) return;
+  const { code, log } = await server.stop();
+  assert.equal(code, 0, log);
+  assert.doesNotMatch(log, /AddressSanitizer|LeakSanitizer|runtime error:/);
 });
 
 async function newPage(width = 1280) {

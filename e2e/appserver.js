@@ -43,6 +43,8 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
     child.on('exit', (code) => fail(new Error(`auxserve ended with ${code} at start:\n${out}${log}`)));
   });
 
+  // Ends the server with SIGTERM and answers its exit code (null when it
+  // had to be killed) with everything it wrote to standard error.
   async function stop() {
     if (child.exitCode === null && child.signalCode === null) {
       const ended = new Promise((resolve) => child.once('exit', resolve));
@@ -52,6 +54,7 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
       clearTimeout(timer);
     }
     fs.rmSync(dir, { recursive: true, force: true });
+    return { code: child.exitCode, log };
   }
   return { url, dir, stop, log: () => log };
 }
