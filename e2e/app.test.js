@@ -85,6 +85,8 @@ test('the list shows 20 probands a page, pages through all of them, and searches
   assert.equal(first.length, 20);
   assert.match(await page.textContent('.pager'), /32 probands in the database/);
   assert.equal(await page.isVisible('#search-status'), false);
+  // The stylesheet comes from the image folder: the top bar takes its colour.
+  assert.equal(await page.$eval('.topbar', (e) => getComputedStyle(e).backgroundColor), 'rgb(28, 79, 130)');
 
   await submit(page, 'a[rel=next]');
   const second = await visibleNames(page);
@@ -167,6 +169,10 @@ test('the proband page shows the reports with every graph loaded', async () => {
   assert.ok(m, summary);
   assert.ok(Math.abs(Number(m[1]) + 0.459) <= 0.011, m[1]);
   assert.ok(Math.abs(Number(m[2]) - 32.3) <= 0.3, m[2]);
+
+  // A link between report texts stays on this proband's page.
+  await submit(page, '#t-growth_summary a.xref');
+  assert.equal(await page.textContent('#proband-name'), NEW_NAME);
 
   const images = await page.$$eval('section.report img', (imgs) =>
     imgs.map((i) => ({ src: i.getAttribute('src'), complete: i.complete, width: i.naturalWidth })));
