@@ -255,6 +255,9 @@ void R_Application::remove(const R_A_Parameters& parameters) {
   ctx.measureIndex = -1;
 }
 
+// Both texts are written whether the request gives them or not (a missing
+// one empties the record's text): a form that changes a record carries its
+// name and comment along.
 void R_Application::setNames(const R_A_Parameters& parameters) {
   R_A_PageContext& ctx = *context;
   char text[maxFormText + 1];

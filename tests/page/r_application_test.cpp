@@ -9,6 +9,8 @@
 
 #include "page/r_a_commandorder.h"
 #include "page/r_a_errorreporter.h"
+#include "page/r_a_parser.h"
+#include "page/r_a_textlist.h"
 #include "proband/r_proband.h"
 #include "tests/page/page_fixture.h"
 
@@ -160,6 +162,8 @@ TEST_F(ApplicationTest, NewAddsRecordsAndVisitsAndSavesThem) {
   std::string order2 = "&_order=" + std::to_string(firstOrder + 1);
   EXPECT_EQ("3:Cyril:0", walk("_cmd=new" + order2 + "&_p_id=r102&_p_name=Cyril&_m_age=&HEIGHT=100",
                               "$get-proband-index:$get-proband-name:$get-measure-count"));
+  // A request without a comment empties the record's comment.
+  EXPECT_STREQ("", db->getText(2, 1).get());
   // No identifier and no sex: nothing is added.
   std::string order3 = "&_order=" + std::to_string(firstOrder + 2);
   EXPECT_EQ("[]", walk("_cmd=new" + order3 + "&_p_name=Eva", "[$get-proband-name]"));
@@ -257,4 +261,20 @@ TEST(ErrorReporterTest, KeepsTheLinesThatFitBelow2048Bytes) {
   reporter.clear();
   reporter.report(std::string(2048, 'y').c_str());
   EXPECT_STREQ("", reporter.getText());
+}
+
+TEST(ParserTest, OnlyAReadableFileGivesAValidParser) {
+  TempDir dir;
+  writeFile(dir.file("empty.htm"), "");
+  R_A_Parser empty(dir.file("empty.htm").c_str());
+  EXPECT_TRUE(empty.isValid());
+  EXPECT_FALSE(empty.isMore());
+  EXPECT_FALSE(R_A_Parser(dir.file("missing.htm").c_str()).isValid());
+  EXPECT_FALSE(R_A_Parser(dir.path().c_str()).isValid());  // a folder opens but does not read
+  EXPECT_FALSE(R_A_Parser(nullptr).isValid());
+}
+
+TEST(TextListTest, AFileThatIsNotLoadedListsNothing) {
+  R_File unloaded;
+  EXPECT_EQ(0, R_A_TextList(unloaded).getCount());
 }
