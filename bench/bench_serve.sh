@@ -60,12 +60,13 @@ printf '%-28s %10s %10s %10s\n' "list (20 a page)" "$rps" "$p50" "$p99"
 read -r rps p50 p99 < <(measure "$proband_url")
 printf '%-28s %10s %10s %10s\n' "proband with report" "$rps" "$p50" "$p99"
 
-# A change: read the order token from a page, then set the comment; the
-# server saves all probands before it answers. Only the POST is timed.
+# A change: read the order token from a page, then set the name and the
+# comment (a change writes both, given or not); the server saves all
+# probands before it answers. Only the POST is timed.
 : > "$work/changes.txt"
 for k in $(seq "$changes"); do
   order=$(curl -s --max-time 10 "$proband_url" | grep -o 'name="_order" value="[0-9]*"' | head -1 | grep -o '[0-9]*')
   curl -s --max-time 30 -o /dev/null -w '%{time_total}\n' \
-    --data "_cmd=set&_order=$order&_page=proband&_p_id=$id&_p_cmt=bench+$k" "$base" >> "$work/changes.txt"
+    --data "_cmd=set&_order=$order&_page=proband&_p_id=$id&_p_name=Bench+Proband&_p_cmt=bench+$k" "$base" >> "$work/changes.txt"
 done
 sort -n "$work/changes.txt" | awk '{t[NR]=$1} END {printf "change (set, saves the file)  median %.1f ms, max %.1f ms over %d\n", t[int((NR+1)/2)]*1000, t[NR]*1000, NR}'
