@@ -144,7 +144,12 @@ async function addVisit(p, date, height, weight, comment) {
 test('two visits are added, with ages from the dates', async () => {
   await openProband(NEW_NAME);
   await addVisit(page, '3.2.2022', '95.3', '14.2', 'první kontrola');
-  await addVisit(page, '5.8.2023', '104.1', '16.9');
+  // The second through the form folded into the proband page.
+  await page.click('details.inline-visit summary');
+  await page.fill('#i-date', '5.8.2023');
+  await page.fill('#i-HEIGHT', '104.1');
+  await page.fill('#i-WEIGHT', '16.9');
+  await submit(page, '#inline-visit-form button[type=submit]');
   // Ages: 3.2.2019 to 3.2.2022 is 1096 days, / 365.25 = 3.0007; to 5.8.2023
   // it is 1461 + 183 = 1644 days, / 365.25 = 4.5010.
   const rows = await visitRows(page);
