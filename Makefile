@@ -60,6 +60,15 @@ e2e:
 	[ -d node_modules ] || npm ci
 	npm test
 
+# Browser tests in headless Chromium (e2e/*.test.js through playwright-core):
+# builds the programs they drive, installs playwright-core when
+# node_modules is missing, and ends with node's test summary.
+e2e:
+	@$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
+	$(CMAKE) --build build -j $(JOBS) --target auxserve auxtool
+	@[ -d node_modules/playwright-core ] || npm ci --no-audit --no-fund
+	npm test
+
 # libFuzzer targets for every reader of outside files, built with clang under
 # AddressSanitizer and UndefinedBehaviorSanitizer, with their seed corpora.
 fuzz:
