@@ -50,22 +50,15 @@ serve:
 	@cp -r samples/auxserve.txt samples/knowledge.bin samples/pages build/serve/
 	@[ -f build/serve/probands.bin ] || cp samples/probands.bin build/serve/
 	build/bin/auxserve build/serve/auxserve.txt --port $(SERVE_PORT)
-# The browser tests (e2e/, node --test) in headless Chromium through
-# playwright-core, on report pages that the build's auxtool writes; npm ci
-# fetches playwright-core the first time. AUX_SCREENSHOTS=docs remakes the
-# report screenshots under docs/.
-e2e:
-	$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
-	$(CMAKE) --build build -j $(JOBS) --target auxtool
-	[ -d node_modules ] || npm ci
-	npm test
 
 # Browser tests in headless Chromium (e2e/*.test.js through playwright-core):
-# builds the programs they drive, installs playwright-core when
-# node_modules is missing, and ends with node's test summary.
+# builds the programs they drive (auxtool for the report pages, auxserve for
+# the application, svg_pair for the BMP and SVG comparison), installs
+# playwright-core when node_modules is missing, and ends with node's test
+# summary. AUX_SCREENSHOTS=docs remakes the report screenshots under docs/.
 e2e:
 	@$(CMAKE) -S . -B build -DCMAKE_BUILD_TYPE=Release > /dev/null
-	$(CMAKE) --build build -j $(JOBS) --target auxserve auxtool
+	$(CMAKE) --build build -j $(JOBS) --target auxserve auxtool svg_pair
 	@[ -d node_modules/playwright-core ] || npm ci --no-audit --no-fund
 	npm test
 
