@@ -66,7 +66,7 @@ for who in "Svoboda Martin:boy" "$girl:girl"; do
     mkdir -p "$folder"
     "$bin/auxtool" report "$knowledge" "$database" "${who%:*}" "$text" \
       --setup samples/setup.txt --today "$today" --out "$folder/index.html"
-    images=$(find "$folder" -name '*.bmp' | wc -l)
+    images=$(find "$folder" -name '*.bmp' -o -name '*.svg' | wc -l)
     echo "== auxtool report ... \"${who%:*}\" $text: $folder/index.html, $images graph images" | show
   done
 done
