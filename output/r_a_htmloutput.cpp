@@ -11,6 +11,7 @@
 #include "core/r_ascii.h"
 #include "core/r_numbertext.h"
 #include "core/r_textbuffer.h"
+#include "output/r_a_bandspan.h"
 #include "output/r_a_bitmapsavebmp.h"
 #include "output/r_a_bitmapsavepcx.h"
 #include "output/r_a_pagesink.h"
@@ -643,22 +644,14 @@ void R_A_HTMLOutput::drawRefLine(int x1, int y1, int x2, int y2, int kind) {
 void R_A_HTMLOutput::drawBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int) {
   if (SVGDRAW != nullptr) SVGDRAW->fillBand(x1, yA1, yB1, x2, yA2, yB2, colorBand);
   if (BITMAPDRAW == nullptr) return;
-  const bool swap = x2 < x1;
-  const int64_t left = swap ? x2 : x1, right = swap ? x1 : x2;
-  const double aLeft = swap ? yA2 : yA1, aRight = swap ? yA1 : yA2;
-  const double bLeft = swap ? yB2 : yB1, bRight = swap ? yB1 : yB2;
-  int64_t first = left > clipXMin ? left : clipXMin;
-  if (first < 0) first = 0;
-  int64_t last = right - 1 < clipXMax ? right - 1 : clipXMax;
-  if (last > BITMAPDRAW->getWidth() - 1) last = BITMAPDRAW->getWidth() - 1;
-  const double span = static_cast<double>(right - left);
-  const auto yAt = [&](double yLeft, double yRight, int64_t x) {
-    double y = floor(yLeft + (yRight - yLeft) * static_cast<double>(x - left) / span + 0.5);
+  const R_A_BandSpan band(x1, yA1, yB1, x2, yA2, yB2, clipXMin, clipXMax, BITMAPDRAW->getWidth());
+  const auto rowOf = [&](double y) {
+    y = floor(y + 0.5);
     return static_cast<int>(y < clipYMin ? clipYMin : y > clipYMax ? clipYMax : y);
   };
-  for (int64_t x = first; x <= last; x++) {
-    line(static_cast<int>(x), yAt(aLeft, aRight, x), static_cast<int>(x), yAt(bLeft, bRight, x),
-         colorBand, solid, 1);
+  for (int64_t x = band.first; x <= band.last; x++) {
+    const double at = static_cast<double>(x);
+    line(static_cast<int>(x), rowOf(band.yA(at)), static_cast<int>(x), rowOf(band.yB(at)), colorBand, solid, 1);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/r_safefile.h"
+#include "output/r_a_bandspan.h"
 #include "output/r_a_colorname.h"
 
 namespace {
@@ -294,24 +295,14 @@ void R_A_SVGDraw::useClip() {
 // columns on the picture and in the clip are written.
 void R_A_SVGDraw::fillBand(int x1, int yA1, int yB1, int x2, int yA2, int yB2, int color) {
   if (isEmpty()) return;
-  const bool swap = x2 < x1;
-  const int64_t left = swap ? x2 : x1, right = swap ? x1 : x2;
-  const double aLeft = swap ? yA2 : yA1, aRight = swap ? yA1 : yA2;
-  const double bLeft = swap ? yB2 : yB1, bRight = swap ? yB1 : yB2;
-  int64_t first = left > clipLeft ? left : clipLeft;
-  if (first < 0) first = 0;
-  int64_t last = right - 1 < clipRight ? right - 1 : clipRight;
-  if (last > width - 1) last = width - 1;
-  if (first > last) return;
-  const double span = static_cast<double>(right - left);
-  const auto at = [&](double yLeft, double yRight, double x) {
-    return yLeft + (yRight - yLeft) * (x - left) / span;
-  };
+  const R_A_BandSpan band(x1, yA1, yB1, x2, yA2, yB2, clipLeft, clipRight, width);
+  if (band.isEmpty()) return;
+  const int64_t first = band.first, last = band.last;
   const double xs[2] = {first - 0.5, last + 0.5};
   double a[2], b[2];
   for (int end = 0; end < 2; ++end) {
-    a[end] = at(aLeft, aRight, xs[end]);
-    b[end] = at(bLeft, bRight, xs[end]);
+    a[end] = band.yA(xs[end]);
+    b[end] = band.yB(xs[end]);
     if (a[end] > b[end]) {
       a[end] += 1;
       b[end] += 1;
