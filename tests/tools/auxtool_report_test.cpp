@@ -110,3 +110,17 @@ TEST(AuxtoolReportTest, WrongUsageExitsWith2AndHelpWith0) {
   EXPECT_EQ(0, help.exit_code);
   EXPECT_EQ(0u, help.output.find("usage: auxtool report KNOWLEDGE DATABASE PROBAND TEXT [--out FILE]"));
 }
+
+// Two reports of the sample charts (five graphs each) made at once into one
+// folder: each page keeps its own five image files.
+TEST(AuxtoolReportTest, ReportsMadeTogetherIntoOneFolderKeepTheirOwnGraphs) {
+  TempDir dir;
+  const std::string samples = std::string(AUX_SOURCE_DIR) + "/samples/";
+  const std::string files = samples + "knowledge.bin " + samples + "probands.bin \"Svoboda Martin\" growth_charts";
+  for (const char* page : {"a.html", "b.html"}) {
+    ToolRun run = report(files + " --today 1.6.2024 --out " + dir.file(page), true);
+    ASSERT_EQ(0, run.exit_code) << run.output;
+  }
+  int status = 0;
+  EXPECT_EQ("10\n", runCommand("ls " + dir.path() + " | grep -c '\\.bmp$'", &status));
+}

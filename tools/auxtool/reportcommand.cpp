@@ -1,6 +1,9 @@
 #include "tools/auxtool/reportcommand.h"
 
+#include <unistd.h>
+
 #include <cstdio>
+#include <ctime>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -22,6 +25,7 @@
 #include "tools/auxtool/exitcodes.h"
 #include "tools/auxtool/fileloading.h"
 #include "tools/auxtool/printreporter.h"
+#include "tools/auxtool/randomsource.h"
 #include "tools/auxtool/systemclock.h"
 
 const char* const kReportUsage =
@@ -159,6 +163,15 @@ std::string graphFolder(const char* out) {
   return std::string(out, slash + 1);
 }
 
+// Graph files are named from a generator, the clock's seconds and a running
+// number. The engine's generator starts alike in every process, so two
+// reports made in the same second into one folder would take the same names
+// and overwrite each other's images; this one starts from the process id.
+int processRandom() {
+  static RandomSource random(static_cast<uint64_t>(getpid()) << 32 ^ static_cast<uint64_t>(time(nullptr)));
+  return static_cast<int>(random.next() % 32768);
+}
+
 std::string makePage(const R_File& file, const R_SuperText& text, const R_Proband& proband,
                      const ReportOptions& options) {
   R_A_SetupFile setup(options.setup);
@@ -168,6 +181,7 @@ std::string makePage(const R_File& file, const R_SuperText& text, const R_Proban
   R_A_CGIParameters parameters;
   parameters.parse("", 0);
   StringPageSink sink;
+  R_A_HTMLOutput::setNameSources(processRandom, nullptr);
   R_A_HTMLOutput output(setup, sink, parameters);
   output.setGraphDirs(graphFolder(options.out).c_str(), "");
   R_Number age;
