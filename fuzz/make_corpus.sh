@@ -13,7 +13,7 @@ out=$3
 
 rm -rf "$out"
 for target in xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist \
-    setup_reader query_parser text_paragraph conversion import_list page_walker; do
+    setup_reader query_parser text_paragraph conversion import_list page_walker server_request; do
   mkdir -p "$out/$target"
 done
 
@@ -160,6 +160,16 @@ done
 
 # Page templates: the fixture pages of the page tests.
 cp "$src"/tests/data/page/pages/*.htm "$out/page_walker/"
+
+# Requests: a target, then a Cookie and an Authorization header.
+n=0
+for request in '/' '/?_srch=nov&_top=10' '/?_page=proband&_p_id=p3' '/?_page=proband&_p_id=p1&_t_id=growth_charts' \
+    '/temp?_p_sex=M&_p_dob=1.1.2015&_AGE=5&HEIGHT=110&WEIGHT=20&_AGE=6&HEIGHT=116' \
+    '/?_page=quick' '/xml?_XML=%3Cproband%3E%3C%2Fproband%3E' '/?_page=../x&_errorpage=error' \
+    '/graphs/1.svg' '/?_cmd=del&_p_id=p1&_order=1'; do
+  n=$((n + 1))
+  printf '%s\nauxserve_token=fuzz-secret\nBasic Zm9vOmZ1enotc2VjcmV0\n' "$request" > "$out/server_request/request-$n"
+done
 
 for target in "$out"/*/; do
   echo "corpus $(basename "$target"): $(ls "$target" | wc -l) seeds"

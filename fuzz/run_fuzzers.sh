@@ -14,7 +14,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
   targets=(xml_parser knowledge_xml knowledge_binary database_xml database_xml_plain database_binary formula objectlist
-    setup_reader query_parser text_paragraph conversion import_list page_walker)
+    setup_reader query_parser text_paragraph conversion import_list page_walker server_request)
 fi
 
 # The longest input per target: the XML forms up to what a capture and a few
@@ -36,6 +36,7 @@ options_for() {
     conversion) echo "-max_len=65536 -dict=$here/dicts/xml.dict" ;;
     import_list) echo "-max_len=65536 -dict=$here/dicts/import.dict" ;;
     page_walker) echo "-max_len=4096 -dict=$here/dicts/page.dict" ;;
+    server_request) echo "-max_len=8192 -dict=$here/dicts/query.dict" ;;
     *) echo "unknown target $1" >&2; return 1 ;;
   esac
 }
