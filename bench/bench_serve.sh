@@ -44,12 +44,12 @@ base=$(sed -n 's|^listening on \(http://[^ ]*\)$|\1|p' "$work/out.txt")
 
 id=$(curl -s --max-time 10 "$base" | grep -o '_p_id=p[0-9]*' | head -1 | cut -d= -f2)
 list_url="$base"
-proband_url="${base}?_page=proband&_p_id=$id&_t_id=growth_summary"
+proband_url="${base}?_page=proband&_p_id=$id&_t_id=growth_charts"
 graphs=$(curl -s --max-time 10 "$proband_url" | grep -c '<img' || true)
 
 # One wrk run: "req/s p50 p99" from its --latency report.
 measure() {
-  wrk -t2 -c"$connections" -d"${seconds}s" --timeout 10s --latency "$1" > "$work/wrk.txt"
+  wrk -t"$(( connections < 2 ? 1 : 2 ))" -c"$connections" -d"${seconds}s" --timeout 10s --latency "$1" > "$work/wrk.txt"
   awk '/Requests\/sec/ {rps=$2} $1=="50%" {p50=$2} $1=="99%" {p99=$2} END {print rps, p50, p99}' "$work/wrk.txt"
 }
 
