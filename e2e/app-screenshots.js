@@ -21,6 +21,7 @@ async function main() {
 
     await page.goto(at('/?_page=list&_srch=Nov%E1k'));
     await Promise.all([page.waitForNavigation(), page.click('#probands a')]);
+    await Promise.all([page.waitForNavigation(), page.click('nav.toc a:text-is("Growth charts")')]);
     await page.screenshot({ path: path.join(OUT, 'app-proband.png'), fullPage: true });
 
     await page.goto(at('/temp?_page=quick&_p_sex=F&_p_dob=14.3.2017&MOTHER_HT=164&FATHER_HT=178' +
