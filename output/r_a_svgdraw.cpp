@@ -80,12 +80,6 @@ R_A_SVGDraw::R_A_SVGDraw(int w, int h) {
   clipBottom = h - 1;
 }
 
-void R_A_SVGDraw::put(const char* text) {
-  const size_t before = body.size(), length = strlen(text);
-  body.put(text, length);
-  if (body.size() != before + length) complete = false;
-}
-
 void R_A_SVGDraw::putInt(int64_t value) {
   char digits[24];
   int at = sizeof digits;
@@ -97,7 +91,7 @@ void R_A_SVGDraw::putInt(int64_t value) {
     rest /= 10;
   } while (rest != 0);
   if (negative) digits[--at] = '-';
-  put(digits + at);
+  put(digits + at, sizeof digits - 1 - at);
 }
 
 // Thousandths, rounded half away from 0, without trailing zeros.

@@ -22,6 +22,7 @@
 #define OUTPUT_R_A_SVGDRAW_H
 
 #include <cstdint>
+#include <cstring>
 
 #include "core/r_textbuffer.h"
 
@@ -87,7 +88,13 @@ class R_A_SVGDraw {
  private:
   // Appends to the body; marks the picture incomplete when the heap
   // refused room.
-  void put(const char* text);
+  // Inline, so that the length of a literal is known where it is written.
+  void put(const char* text) { put(text, strlen(text)); }
+  void put(const char* text, size_t length) {
+    const size_t before = body.size();
+    body.put(text, length);
+    if (body.size() != before + length) complete = false;
+  }
   void putNumber(double value);
   void putInt(int64_t value);
   void putColor(const char* attribute, int color);
