@@ -2,11 +2,12 @@
 """Applies planted faults one at a time to a scratch copy of the tree, builds,
 runs the test suites and tells which faults no test caught.
 
-    tools/faults/check_faults.py [--only ID,ID] [--scratch DIR] [--out FILE] [--list]
+    tools/faults/check_faults.py [--only ID,ID] [--tests REGEX] [--scratch DIR] [--out FILE] [--list]
 
 The scratch copy is the committed tree (git archive HEAD) plus the working
-tree's changes to tracked files, built once in Release; each fault then costs
-one incremental build and one ctest run that stops at the first failure.
+tree's changes to tracked files, brought up to date at each run and built in
+Release; each fault then costs one incremental build and one ctest run that
+stops at the first failure.
 A fault whose text is not found, or whose build fails, is reported as such and
 counts as neither caught nor missed.
 """
@@ -60,15 +61,38 @@ def run(cmd, cwd, timeout):
         return -1, "timeout"
 
 
-def make_scratch(scratch):
-    if os.path.isdir(os.path.join(scratch, "build")):
-        return
-    os.makedirs(scratch, exist_ok=True)
+def tree_files(root):
+    """The committed tree (git archive HEAD) with the working tree's changes to tracked files."""
     archive = subprocess.run(["git", "archive", "HEAD"], cwd=ROOT, stdout=subprocess.PIPE, check=True)
-    subprocess.run(["tar", "-x", "-C", scratch], input=archive.stdout, check=True)
+    subprocess.run(["tar", "-x", "-C", root], input=archive.stdout, check=True)
     diff = subprocess.run(["git", "diff", "HEAD", "--binary"], cwd=ROOT, stdout=subprocess.PIPE, check=True)
     if diff.stdout:
-        subprocess.run(["git", "apply", "-"], cwd=scratch, input=diff.stdout, check=True)
+        subprocess.run(["git", "apply", "-"], cwd=root, input=diff.stdout, check=True)
+
+
+def make_scratch(scratch):
+    """Brings the scratch copy up to the tree. Only files whose bytes changed are
+    written, so that a later run rebuilds no more than what the tree changed."""
+    fresh = scratch + ".fresh"
+    shutil.rmtree(fresh, ignore_errors=True)
+    os.makedirs(fresh)
+    tree_files(fresh)
+    for folder, _, names in os.walk(fresh):
+        for name in names:
+            source = os.path.join(folder, name)
+            target = os.path.join(scratch, os.path.relpath(source, fresh))
+            with open(source, "rb") as f:
+                data = f.read()
+            if os.path.exists(target):
+                with open(target, "rb") as f:
+                    if f.read() == data:
+                        continue
+            os.makedirs(os.path.dirname(target), exist_ok=True)
+            shutil.copy2(source, target)
+            os.utime(target)
+    shutil.rmtree(fresh)
+    if os.path.isdir(os.path.join(scratch, "build")):
+        return
     rc, out = run(["cmake", "-S", ".", "-B", "build", "-DCMAKE_BUILD_TYPE=Release"], scratch, 600)
     if rc != 0:
         sys.exit(out)
@@ -82,7 +106,7 @@ def failing_suites(output):
     return sorted(set(re.findall(r"\d+ - (\S+) \((?:Failed|Timeout|SEGFAULT|Subprocess aborted|Exception)", output)))
 
 
-def check(fault, scratch):
+def check(fault, scratch, tests):
     path = os.path.join(scratch, fault["file"])
     if not os.path.exists(path):
         return "no file", ""
@@ -96,7 +120,8 @@ def check(fault, scratch):
         rc, out = build(scratch)
         if rc != 0:
             return "build fails", ""
-        rc, out = run(["ctest", "-j2", "--stop-on-failure", "--timeout", "300"], os.path.join(scratch, "build"), 1800)
+        ctest = ["ctest", "-j2", "--stop-on-failure", "--timeout", "300"] + (["-R", tests] if tests else [])
+        rc, out = run(ctest, os.path.join(scratch, "build"), 1800)
         suites = ",".join(failing_suites(out))
         return ("caught" if rc != 0 else "MISSED"), suites
     finally:
@@ -109,6 +134,7 @@ def main():
     parser.add_argument("--only", help="comma-separated fault ids")
     parser.add_argument("--scratch", default=os.path.join(ROOT, "build", "faults-scratch"))
     parser.add_argument("--out", help="also write the table to this file")
+    parser.add_argument("--tests", help="run only the test suites that match this ctest regex")
     parser.add_argument("--list", action="store_true", help="list the faults and stop")
     args = parser.parse_args()
     faults = read_table(TABLE)
@@ -127,7 +153,7 @@ def main():
     counts = {}
     for fault in faults:
         start = time.time()
-        result, suites = check(fault, args.scratch)
+        result, suites = check(fault, args.scratch, args.tests)
         counts[result] = counts.get(result, 0) + 1
         lines.append("| %s | %s | %s | %s | %s |" % (fault["id"], fault["file"], fault["kind"], result, suites))
         print(lines[-1] + "  (%.0f s)" % (time.time() - start), flush=True)
