@@ -1,12 +1,15 @@
-// The graph suites' fixture: the knowledge file tests/data/graph/graphs.xml
-// with its graphs, and the probands boy.xml and girl.xml beside it.
+// The graph suites' fixtures: knowledge files under tests/data/graph loaded
+// once per suite, their texts' elements, and traces of painting written out
+// by hand in files there.
 #ifndef TESTS_GRAPH_GRAPH_FIXTURE_H
 #define TESTS_GRAPH_GRAPH_FIXTURE_H
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "document/r_supertext.h"
 #include "graph/r_textgraph.h"
@@ -15,34 +18,62 @@
 #include "tests/support/test_files.h"
 #include "tests/support/xml_fakes.h"
 
+typedef std::vector<std::string> Lines;
+
+// The knowledge file tests/data/graph/`name`, loaded without a message.
+inline R_File* loadKnowledge(const std::string& name) {
+  R_File* file = new R_File();
+  CollectingReporter reporter;
+  EXPECT_TRUE(file->loadXML(testData("graph/" + name).c_str(), &reporter)) << ::testing::PrintToString(reporter.lines());
+  return file;
+}
+
+// The first element of text `id` in `file`, sound and of `type`.
+template <class T>
+const T& element(const R_File& file, const std::string& id, int type) {
+  int index = file.findText(id.c_str());
+  EXPECT_GE(index, 0) << id;
+  const R_Text& found = file.getText(index)->getElement(0);
+  EXPECT_EQ(type, found.getType());
+  EXPECT_TRUE(found.isOK());
+  return static_cast<const T&>(found);
+}
+
+// Lines as one text, each ended by a line feed, so that a failure shows the
+// lines that differ.
+inline std::string joined(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+// The lines of section `name` of tests/data/graph/`file`: from the line
+// "== name" to the next "== ", without comment lines (#) and blank ones.
+inline std::string traceSection(const std::string& file, const std::string& name) {
+  std::istringstream in(readFile(testData("graph/" + file)));
+  std::string line, lines;
+  bool inside = false;
+  while (std::getline(in, line)) {
+    if (line.rfind("== ", 0) == 0) inside = line == "== " + name;
+    else if (inside && !line.empty() && line[0] != '#') lines += line + "\n";
+  }
+  EXPECT_FALSE(lines.empty()) << name;
+  return lines;
+}
+
+// The knowledge file graphs.xml with its graphs, and the probands boy.xml
+// and girl.xml beside it.
 class GraphTest : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    file = new R_File();
-    CollectingReporter reporter;
-    bool loaded = file->loadXML(testData("graph/graphs.xml").c_str(), &reporter);
-    EXPECT_TRUE(loaded) << ::testing::PrintToString(reporter.lines());
-  }
-  static void TearDownTestSuite() {
-    delete file;
-    file = nullptr;
-  }
+  static void SetUpTestSuite() { file = loadKnowledge("graphs.xml"); }
+  static void TearDownTestSuite() { delete file; }
 
   std::unique_ptr<R_Proband> proband(const std::string& name) {
     std::unique_ptr<R_Proband> loaded(new R_Proband(file));
     EXPECT_TRUE(loaded->loadXML(readFile(testData("graph/" + name + ".xml")).c_str())) << name;
     return loaded;
   }
-
-  // The graph that is the first element of text `id`.
-  const R_TextGraph& graph(const std::string& id) {
-    int index = file->findText(id.c_str());
-    EXPECT_GE(index, 0) << id;
-    const R_Text& element = file->getText(index)->getElement(0);
-    EXPECT_EQ(R_Text::typeGraph, element.getType());
-    EXPECT_TRUE(element.isOK());
-    return static_cast<const R_TextGraph&>(element);
-  }
+  const R_TextGraph& graph(const std::string& id) { return element<R_TextGraph>(*file, id, R_Text::typeGraph); }
 
   static inline R_File* file = nullptr;
 };
