@@ -9,6 +9,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "document/r_supertext.h"
@@ -47,18 +48,25 @@ inline std::string joined(const Lines& lines) {
   return text;
 }
 
-// The lines of section `name` of tests/data/graph/`file`: from the line
-// "== name" to the next "== ", without comment lines (#) and blank ones.
-inline std::string traceSection(const std::string& file, const std::string& name) {
+// The sections of tests/data/graph/`file`, in order: each from a line
+// "== name" to the next, its lines without comment lines (#) and blank ones.
+inline std::vector<std::pair<std::string, Lines>> sections(const std::string& file) {
   std::istringstream in(readFile(testData("graph/" + file)));
-  std::string line, lines;
-  bool inside = false;
-  while (std::getline(in, line)) {
-    if (line.rfind("== ", 0) == 0) inside = line == "== " + name;
-    else if (inside && !line.empty() && line[0] != '#') lines += line + "\n";
+  std::vector<std::pair<std::string, Lines>> found;
+  for (std::string line; std::getline(in, line);) {
+    if (line.rfind("== ", 0) == 0) found.push_back({line.substr(3), {}});
+    else if (!found.empty() && !line.empty() && line[0] != '#') found.back().second.push_back(line);
   }
-  EXPECT_FALSE(lines.empty()) << name;
-  return lines;
+  EXPECT_FALSE(found.empty()) << file;
+  return found;
+}
+
+// The lines of section `name` of tests/data/graph/`file`, joined.
+inline std::string traceSection(const std::string& file, const std::string& name) {
+  for (const auto& section : sections(file))
+    if (section.first == name) return joined(section.second);
+  ADD_FAILURE() << "no section " << name;
+  return "";
 }
 
 // The knowledge file graphs.xml with its graphs, and the probands boy.xml

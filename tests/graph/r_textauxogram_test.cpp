@@ -13,49 +13,6 @@
 
 namespace {
 
-// The messages of loading `content` as the only element of a text, an
-// auxogram.
-Lines loadMessages(const std::string& content) {
-  NamedStatistics statistics({"AGE", "HT_SDS"});
-  CollectingReporter reporter;
-  R_SuperText text;
-  bool ok = text.loadXML(("<id>T</id><auxogram>" + content + "</auxogram>").c_str(), statistics, &reporter);
-  EXPECT_EQ(ok, reporter.lines().empty());
-  return reporter.lines();
-}
-
-TEST(TextAuxogramTest, DamagedDefinitionsAreRefusedWithTheirMessagesInnermostFirst) {
-  const std::string line = "<auxogramline var=\"HT_SDS\" method=\"HT_SDS\"/>";
-  const std::string wrong_line = "data error processing standalone tag <auxogramline../>: wrong auxogram line definition";
-  const struct {
-    const char* what;
-    std::string content;
-    Lines messages;
-  } rows[] = {
-      {"a good auxogram", "<caption>C</caption>" + line + line, {}},
-      {"no lines", "<caption>C</caption>", {"no auxogram lines defined"}},
-      {"no caption", line, {"no auxogram caption defined"}},
-      {"neither", " ", {"no auxogram lines defined", "no auxogram caption defined"}},
-      {"nothing", "", {"no input data"}},
-      {"a blank caption", "<caption> </caption>" + line,
-       {"data error closing block </caption>: auxogram caption undefined"}},
-      {"an unknown variable", "<caption>C</caption><auxogramline var=\"NOPE\" method=\"HT_SDS\"/>", {wrong_line}},
-      {"no variable", "<caption>C</caption><auxogramline method=\"HT_SDS\"/>", {wrong_line}},
-      {"no method", "<caption>C</caption><auxogramline var=\"HT_SDS\"/>", {wrong_line}},
-      {"a method naming no variable", "<caption>C</caption><auxogramline var=\"HT_SDS\" method=\"NOPE\"/>",
-       {wrong_line}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    Lines expected = row.messages;
-    if (!expected.empty()) {
-      expected.push_back("data error closing block </auxogram>: text block data error");
-      expected.push_back("Error while processing text.");
-    }
-    EXPECT_EQ(expected, loadMessages(row.content));
-  }
-}
-
 // Caption "G"; a line labelled HT_SDS (index 1) computing HT_SDS, and one
 // labelled AGE (index 0) computing AGE.
 const char* const kSmallAuxogram =

@@ -13,87 +13,22 @@
 
 namespace {
 
-typedef std::vector<std::string> Lines;
-
-// The messages of loading `content` as the only element of a text, a graph.
-Lines loadMessages(const std::string& content) {
-  NamedStatistics statistics({"AGE", "HEIGHT", "WEIGHT"});
-  CollectingReporter reporter;
-  R_SuperText text;
-  bool ok = text.loadXML(("<id>T</id><graph>" + content + "</graph>").c_str(), statistics, &reporter);
-  EXPECT_EQ(ok, reporter.lines().empty());
-  return reporter.lines();
+TEST(TextGraphTest, DamagedDefinitionsAreRefusedWithTheirMessagesInnermostFirst) {
+  for (const auto& row : sections("definitions.txt")) {
+    SCOPED_TRACE(row.first);
+    NamedStatistics statistics({"AGE", "HEIGHT", "WEIGHT", "HT_SDS"});
+    CollectingReporter reporter;
+    R_SuperText text;
+    EXPECT_EQ(row.second.size() == 1, text.loadXML(("<id>T</id>" + row.second[0]).c_str(), statistics, &reporter));
+    EXPECT_EQ(Lines(row.second.begin() + 1, row.second.end()), reporter.lines());
+  }
 }
 
 const std::string kRef = "<refdata sex=\"male\"/>";
 
-// A block of HEIGHT with `attributes` after var and `content` inside.
-std::string block(const std::string& attributes, const std::string& content) {
-  return "<caption>C</caption><block var=\"HEIGHT\"" + attributes + ">" + content + "</block>";
-}
-
 // A block of priority 1 with reference data and `content`.
-std::string plain(const std::string& content) { return block(" priority=\"1\"", kRef + content); }
-
-TEST(TextGraphTest, DamagedDefinitionsAreRefusedWithTheirMessagesInnermostFirst) {
-  const std::string range = "<targetrange><targetpoint name=\"a\" method=\"1\"/><targetpoint name=\"b\" method=\"2\"/>";
-  const std::string plot = "<plot method=\"HEIGHT\"/>";
-  const std::string interval = "priority not in allowed interval (0,1000)";
-  // Each row's lines come before those of the block (if marked), the graph
-  // and the text.
-  const struct {
-    const char* what;
-    std::string content;
-    Lines messages;
-    bool in_block;
-  } rows[] = {
-      {"a good graph", block(" priority=\"1\"", kRef) + block(" priority=\"1000\"", kRef + plot), {}, false},
-      {"analysed sd without refdata", block(" priority=\"3\" analysed=\"sd\"", plot), {}, false},
-      {"no blocks", "<caption>C</caption>", {"no blocks defined"}, false},
-      {"no caption", "<block var=\"HEIGHT\" priority=\"1\">" + kRef + "</block>", {"no caption defined"}, false},
-      {"a blank caption", "<caption> </caption>" + plain(""),
-       {"data error closing block </caption>: graph caption undefined"}, false},
-      {"priority 0", block(" priority=\"0\"", kRef), {"data error closing block </block>: " + interval}, false},
-      {"priority 1001", block(" priority=\"1001\"", kRef), {"data error closing block </block>: " + interval}, false},
-      {"a priority not a number", block(" priority=\"high\"", kRef),
-       {"data error closing block </block>: " + interval}, false},
-      {"no priority", block("", kRef), {"data error closing block </block>: priority undefined"}, false},
-      {"the variable with index 0", "<caption>C</caption><block var=\"age\" priority=\"1\">" + kRef + "</block>",
-       {"data error closing block </block>: wrong block variable"}, false},
-      {"an unknown variable", "<caption>C</caption><block var=\"NOPE\" priority=\"1\">" + kRef + "</block>",
-       {"data error closing block </block>: wrong block variable"}, false},
-      {"no refdata", block(" priority=\"1\"", plot), {"reference data must be defined in plot"}, true},
-      {"an empty block", block(" priority=\"1\" analysed=\"sd\"", ""), {"no input data"}, true},
-      {"two refdata", plain(kRef), {"<refdata../>: only one instance of reference data allowed"}, true},
-      {"a plot without method", plain("<plot connect=\"yes\"/>"), {"<plot../>: plot definition error"}, true},
-      {"a wrong arrow", plain("<plot method=\"HEIGHT\" arrow=\"NOPE\"/>"), {"<plot../>: plot definition error"}, true},
-      {"two target points", plain("<targetpoint name=\"a\" method=\"1\"/><targetpoint name=\"b\" method=\"2\"/>"),
-       {"<targetpoint../>: only one target point allowed"}, true},
-      {"a target point without name", plain("<targetpoint method=\"1\"/>"), {"<targetpoint../>: target point error"},
-       true},
-      {"three points in a range", plain(range + "<targetpoint name=\"c\" method=\"3\"/></targetrange>"),
-       {"<targetpoint../>: only two points in target range allowed"}, true},
-      {"a wrong range point", plain("<targetrange><targetpoint name=\"a\" method=\"NOPE\"/></targetrange>"),
-       {"<targetpoint../>: target range error"}, true},
-      {"two conditions", plain("<condition if=\"1\"/><condition if=\"2\"/>"),
-       {"<condition../>: duplicate condition"}, true},
-      {"a condition without if", plain("<condition/>"), {"<condition../>: no method defined in condition"}, true},
-      {"a wrong condition", plain("<condition if=\"NOPE\"/>"), {"<condition../>: wrong condition format"}, true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    Lines expected = row.messages;
-    if (row.in_block) {
-      // Faults of the block's own elements arrive as standalone tags.
-      if (expected[0][0] == '<') expected[0] = "data error processing standalone tag " + expected[0];
-      expected.push_back("data error closing block </block>: block load error");
-    }
-    if (!expected.empty()) {
-      expected.push_back("data error closing block </graph>: text block data error");
-      expected.push_back("Error while processing text.");
-    }
-    EXPECT_EQ(expected, loadMessages(row.content));
-  }
+std::string plain(const std::string& content) {
+  return "<caption>C</caption><block var=\"HEIGHT\" priority=\"1\">" + kRef + content + "</block>";
 }
 
 TEST(TextGraphTest, PlotAttributesSetTheirFlags) {
@@ -201,27 +136,17 @@ TEST(TextGraphTest, TheXMLFormSpellsOutEveryAttributeInItsOrder) {
   EXPECT_EQ(xml, xmlWrittenBy([&](R_XMLTextOutput& out) { again.saveXML(out, statistics); }));
 }
 
+// Kept on purpose: after a binary load every block has reference data, so
+// the block analysed "sd" without `refdata` gains one, and nothing else
+// changes.
 TEST_F(GraphTest, TheFileKeepsItsGraphsThroughBothForms) {
   TempDir dir;
-  ASSERT_TRUE(file->saveXML(dir.file("a.xml").c_str()));
-  ASSERT_TRUE(file->saveBinary(dir.file("a.bin").c_str()));
-  R_File from_xml;
-  ASSERT_TRUE(from_xml.loadXML(dir.file("a.xml").c_str(), nullptr));
-  ASSERT_TRUE(from_xml.saveXML(dir.file("b.xml").c_str()));
-  EXPECT_EQ(readFile(dir.file("a.xml")), readFile(dir.file("b.xml")));
-  EXPECT_NE(std::string::npos, readFile(dir.file("a.xml")).find("<targetrange>"));
-  R_File from_binary;
-  ASSERT_TRUE(from_binary.loadBinary(dir.file("a.bin").c_str()));
-  ASSERT_TRUE(from_binary.saveBinary(dir.file("b.bin").c_str()));
-  ASSERT_TRUE(from_binary.saveXML(dir.file("c.xml").c_str()));
-  R_File again;
-  ASSERT_TRUE(again.loadBinary(dir.file("b.bin").c_str()));
-  ASSERT_TRUE(again.saveBinary(dir.file("c.bin").c_str()));
-  EXPECT_EQ(readFile(dir.file("b.bin")), readFile(dir.file("c.bin")));
-  // Kept on purpose: after a binary load every block has reference data, so
-  // the block analysed "sd" without `refdata` gains one, and nothing else
-  // changes.
+  ASSERT_TRUE(file->saveXML(dir.file("a.xml").c_str()) && file->saveBinary(dir.file("a.bin").c_str()));
+  R_File from_xml, from_binary;
+  ASSERT_TRUE(from_xml.loadXML(dir.file("a.xml").c_str(), nullptr) && from_xml.saveXML(dir.file("b.xml").c_str()));
+  ASSERT_TRUE(from_binary.loadBinary(dir.file("a.bin").c_str()) && from_binary.saveXML(dir.file("c.xml").c_str()));
   std::string xml = readFile(dir.file("a.xml"));
+  EXPECT_EQ(xml, readFile(dir.file("b.xml")));
   const std::string sd_block = "<block var=\"TARGET_HT\" analysed=\"sd\" priority=\"2\">\n";
   size_t at = xml.find(sd_block);
   ASSERT_NE(std::string::npos, at);
@@ -249,49 +174,6 @@ TEST(TextGraphTest, ADamagedGraphInAFileNamesItsLines) {
                     "(" + std::to_string(line) + ") data error closing block </text>: error loading text",
                     last + "Data not loaded", last + "Error while processing file."};
   EXPECT_EQ(expected, reporter.lines());
-}
-
-// The graph seeds of the knowledge file fuzz targets: the good one loads,
-// each damaged one is refused with the lines of its fault, then those of
-// the graph, the text (at the line of its end tag) and the file (at the
-// last line).
-TEST(TextGraphTest, DamagedGraphSeedsAreRefusedWithTheirMessages) {
-  const std::string graph = "data error closing block </graph>: text block data error";
-  const std::string block = "data error closing block </block>: block load error";
-  const struct {
-    const char* name;
-    Lines fault;
-  } rows[] = {
-      {"good", {}},
-      {"damaged-priority", {"data error closing block </block>: priority not in allowed interval (0,1000)", graph}},
-      {"damaged-range",
-       {"data error processing standalone tag <targetpoint../>: only two points in target range allowed", block,
-        graph}},
-      {"damaged-refdata", {"reference data must be defined in plot", block, graph}},
-      {"damaged-caption", {"no caption defined", graph}},
-      {"damaged-plot", {"data error processing standalone tag <plot../>: plot definition error", block, graph}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    const std::string path = testData(std::string("../../fuzz/seeds/knowledge_xml/graph-") + row.name + ".xml");
-    const std::string text = readFile(path);
-    ASSERT_FALSE(text.empty());
-    R_File file;
-    CollectingReporter reporter;
-    EXPECT_EQ(row.fault.empty(), file.loadXML(path.c_str(), &reporter));
-    Lines expected = row.fault;
-    if (!expected.empty()) {
-      const auto line_of = [&text](size_t at) {
-        return "(" + std::to_string(std::count(text.begin(), text.begin() + static_cast<long>(at), '\n') + 1) + ") ";
-      };
-      const std::string last = line_of(text.size());
-      expected.push_back("Error while processing text.");
-      expected.push_back(line_of(text.find("</text>")) + "data error closing block </text>: error loading text");
-      expected.push_back(last + "Data not loaded");
-      expected.push_back(last + "Error while processing file.");
-    }
-    EXPECT_EQ(expected, reporter.lines());
-  }
 }
 
 }  // namespace

@@ -4,6 +4,8 @@ constexpr int PageFixture::firstOrder;
 #include <stdio.h>
 #include <stdlib.h>
 
+#include <sstream>
+
 #include "output/r_a_htmloutput.h"
 #include "page/r_a_clock.h"
 
@@ -13,6 +15,23 @@ bool IdSecurity::writeRecordId(int index, char* buffer) {
 }
 
 int IdSecurity::findRecordIndex(const char* id) { return id[0] == 'r' ? atoi(id + 1) - 100 : -1; }
+
+std::vector<WalkRow> walkRows(const std::string& file) {
+  std::vector<WalkRow> rows;
+  std::string group, query;
+  std::istringstream in(readFile(testData(file)));
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty()) continue;
+    const std::string rest = line.size() > 2 ? line.substr(2) : "";
+    if (line.rfind("== ", 0) == 0) group = line.substr(3);
+    if (line[0] == '?') query = rest;
+    if (line[0] == '<') rows.push_back({group, query, rest, "", "begin;end;"}), query.clear();
+    if (line[0] == '>') rows.back().text = rest;
+    if (line[0] == '!') rows.back().events = rest;
+  }
+  EXPECT_FALSE(rows.empty()) << file;
+  return rows;
+}
 
 void PageFixture::SetUp() {
   R_A_fixToday(R_Date(1, 7, 2020));

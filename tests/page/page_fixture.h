@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "knowledge/r_file.h"
 #include "page/r_a_cgiparameters.h"
@@ -26,6 +27,13 @@ class IdSecurity : public R_A_Security {
   bool writeRecordId(int index, char* buffer) override;
   int findRecordIndex(const char* id) override;
 };
+
+// A request walked over a one-line template: the rows of
+// tests/data/page/walks.txt, whose head tells their form.
+struct WalkRow {
+  std::string group, query, page, text, events;
+};
+std::vector<WalkRow> walkRows(const std::string& file);
 
 class PageFixture : public ::testing::Test {
  protected:
