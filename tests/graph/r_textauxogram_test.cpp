@@ -13,52 +13,6 @@
 
 namespace {
 
-// Caption "G"; a line labelled HT_SDS (index 1) computing HT_SDS, and one
-// labelled AGE (index 0) computing AGE.
-const char* const kSmallAuxogram =
-    "<caption>G</caption><auxogramline var=\"HT_SDS\" method=\"HT_SDS\"/><auxogramline var=\"age\" method=\"age\"/>";
-const char* const kSmallHex =
-    "01 01 00 47"                                                                // caption "G"
-    " 02 02 00 00 00"                                                            // two lines
-    " 41 02 01 00 00 00"                                                         // line, var 1
-    " 06 01 02 01 00 00 00 02 01 00 00 00 02 01 00 00 00 01 00 00 01 02 00 40 41"  // HT_SDS, no chain, "@A"
-    " 41 02 00 00 00 00"                                                         // line, var 0
-    " 06 01 02 01 00 00 00 02 01 00 00 00 02 00 00 00 00 01 00 00 01 02 00 40 41";  // AGE, no chain, "@A"
-
-TEST(TextAuxogramTest, TheBinaryFormIsPinned) {
-  NamedStatistics statistics({"AGE", "HT_SDS"});
-  R_TextAuxogram auxogram;
-  auxogram.loadText(kSmallAuxogram, statistics, nullptr);
-  ASSERT_TRUE(auxogram.isOK());
-  expectPinnedForm(kSmallHex, savedBytes(auxogram), [](R_InputStream& stream, bool* ok) {
-    R_TextAuxogram again;
-    again.load(stream, ok);
-    EXPECT_EQ(*ok, again.isOK());
-    return *ok ? savedBytes(again) : Bytes();
-  });
-}
-
-TEST(TextAuxogramTest, DamagedBinaryFormsFail) {
-  const std::string head = "01 01 00 47 02 01 00 00 00 ";
-  const std::string equation = " 06 01 02 01 00 00 00 02 01 00 00 00 02 01 00 00 00 01 00 00 01 02 00 40 41";
-  const struct {
-    const char* what;
-    std::string hex;
-  } rows[] = {
-      {"no lines", "01 01 00 47 02 00 00 00 00"},
-      {"a negative count", "01 01 00 47 02 FF FF FF FF"},
-      {"a line with another type byte", head + "40 02 01 00 00 00" + equation},
-      {"a line without variable", head + "41 02 FF FF FF FF" + equation},
-      {"a line without equation", head + "41 02 01 00 00 00 06 00"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    R_TextAuxogram auxogram;
-    EXPECT_FALSE(loadFrom(bytesOf(row.hex), &auxogram));
-    EXPECT_FALSE(auxogram.isOK());
-  }
-}
-
 TEST(TextAuxogramTest, TheXMLFormWritesCaptionThenEachLineWithVarThenMethod) {
   NamedStatistics statistics({"AGE", "HT_SDS"});
   R_SuperText text;

@@ -8,6 +8,7 @@
 
 #include "graph/r_graphblockdata.h"
 #include "graph/r_graphplot.h"
+#include "graph/r_textauxogram.h"
 #include "tests/graph/graph_fixture.h"
 #include "tests/knowledge/knowledge_test_support.h"
 
@@ -56,62 +57,43 @@ TEST(TextGraphTest, PlotAttributesSetTheirFlags) {
   }
 }
 
-// One block of HEIGHT (index 1), priority 7: the girls' reference, shown;
-// a primary plot of the heights, joined; the target point "T" at 1.
-const char* const kSmallGraph =
-    "<caption>G</caption><block var=\"HEIGHT\" priority=\"7\"><refdata sex=\"female\" show=\"yes\"/>"
-    "<plot method=\"HEIGHT\" connect=\"yes\"/><targetpoint name=\"T\" method=\"1\"/></block>";
-const char* const kSmallHex =
-    "01 01 00 47"                                    // caption "G"
-    " 02 01 00 00 00"                                // one block
-    " 02 01 00 00 00 02 00 00 00 00 02 07 00 00 00"  // var 1, analysed 0, priority 7
-    " 02 01 00 00 00"                                // one plot
-    " 06 00"                                         // no condition
-    " 02 0E 00 00 00 03 00 03 00 03 00"              // refdata: female 2 + show 4 + defined 8; no numbers
-    " 01 01 01 00 54"                                // target point "T"
-    " 06 01 02 00 00 00 00 02 01 00 00 00 01 01 00 31"  // "1": no references, one text
-    " 00 00"                                         // no target range
-    " 02 23 00 00 00"                                // joined 1 + primary 2 + marks 32
-    " 06 01 02 01 00 00 00 02 01 00 00 00 02 01 00 00 00 01 00 00 01 02 00 40 41";  // HEIGHT, no chain, "@A"
-
-TEST(TextGraphTest, TheBinaryFormIsPinned) {
-  NamedStatistics statistics({"AGE", "HEIGHT"});
-  R_TextGraph graph;
-  graph.loadText(kSmallGraph, statistics, nullptr);
-  ASSERT_TRUE(graph.isOK());
-  expectPinnedForm(kSmallHex, savedBytes(graph), [](R_InputStream& stream, bool* ok) {
-    R_TextGraph again;
-    again.load(stream, ok);
-    EXPECT_EQ(*ok, again.isOK());
-    return *ok ? savedBytes(again) : Bytes();
-  });
+// Loads a fresh T from `stream`; answers what it saves then, or nothing
+// when the load failed.
+template <class T>
+Bytes reloadedSound(R_InputStream& stream, bool* ok) {
+  T again;
+  again.load(stream, ok);
+  EXPECT_EQ(*ok, again.isOK());
+  return *ok ? savedBytes(again) : Bytes();
 }
 
-TEST(TextGraphTest, DamagedBinaryFormsFail) {
-  std::string head = "01 01 00 47 02 01 00 00 00 ";
-  const std::string rest = " 02 00 00 00 00 06 00 02 00 00 00 00 03 00 03 00 03 00 00 00 00";
-  const struct {
-    const char* what;
+// The sections of binary_forms.txt about `kind`, an element T over the
+// variables `names`.
+template <class T>
+void expectForms(const std::string& kind, std::initializer_list<const char*> names) {
+  NamedStatistics statistics(names);
+  for (const auto& row : sections("binary_forms.txt")) {
+    if (row.first.rfind(kind, 0) != 0) continue;
+    SCOPED_TRACE(row.first);
+    const bool pinned = row.first == kind + " pinned";
     std::string hex;
-    bool ok;
-  } rows[] = {
-      {"a block without plots", head + "02 01 00 00 00 02 01 00 00 00 02 01 00 00 00" + rest, true},
-      {"no blocks", "01 01 00 47 02 00 00 00 00", false},
-      {"variable 0", head + "02 00 00 00 00 02 00 00 00 00 02 01 00 00 00" + rest, false},
-      {"analysed 2", head + "02 01 00 00 00 02 02 00 00 00 02 01 00 00 00" + rest, false},
-      {"priority 0", head + "02 01 00 00 00 02 00 00 00 00 02 00 00 00 00" + rest, false},
-      {"priority 1001", head + "02 01 00 00 00 02 00 00 00 00 02 E9 03 00 00" + rest, false},
-      {"a negative plot count", head + "02 01 00 00 00 02 00 00 00 00 02 01 00 00 00 02 FF FF FF FF" +
-       rest.substr(15), false},
-      {"a plot without method", head + "02 01 00 00 00 02 00 00 00 00 02 01 00 00 00 02 01 00 00 00" +
-       rest.substr(15) + " 02 02 00 00 00 06 00", false},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    R_TextGraph graph;
-    EXPECT_EQ(row.ok, loadFrom(bytesOf(row.hex), &graph));
-    EXPECT_EQ(row.ok, graph.isOK());
+    for (size_t i = pinned ? 1 : 0; i < row.second.size(); ++i) hex += row.second[i] + " ";
+    T element;
+    if (pinned) {
+      element.loadText(row.second[0].c_str(), statistics, nullptr);
+      ASSERT_TRUE(element.isOK());
+      expectPinnedForm(hex, savedBytes(element), reloadedSound<T>);
+    } else {
+      const bool loads = row.first.find(" loads: ") != std::string::npos;
+      EXPECT_EQ(loads, loadFrom(bytesOf(hex), &element));
+      EXPECT_EQ(loads, element.isOK());
+    }
   }
+}
+
+TEST(TextGraphTest, StoredFormsArePinnedAndDamagedOnesFail) {
+  expectForms<R_TextGraph>("graph", {"AGE", "HEIGHT"});
+  expectForms<R_TextAuxogram>("auxogram", {"AGE", "HT_SDS"});
 }
 
 TEST(TextGraphTest, TheXMLFormSpellsOutEveryAttributeInItsOrder) {
