@@ -12,7 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include <cstdio>
+
 #include "document/r_supertext.h"
+#include "graph/r_graphcalculator.h"
+#include "graph/r_graphcontainer.h"
+#include "graph/r_graphreference.h"
 #include "graph/r_textgraph.h"
 #include "knowledge/r_file.h"
 #include "proband/r_proband.h"
@@ -68,6 +73,31 @@ inline std::string traceSection(const std::string& file, const std::string& name
   ADD_FAILURE() << "no section " << name;
   return "";
 }
+
+// A number as %g, "?" when undefined.
+inline std::string numberText(const R_Number& number) {
+  if (!number.isDefined()) return "?";
+  char buffer[64];
+  snprintf(buffer, sizeof buffer, "%g", number.getValue());
+  return buffer;
+}
+
+// The stages before the layout of `graph`, or of its one block `only`, for
+// the proband `who` at the age of 3.
+struct GraphStages {
+  GraphStages(const R_File& file, std::unique_ptr<R_Proband> who_in, const R_TextGraph& graph, int only = -1)
+      : who(std::move(who_in)), container(graph.getBlockCount()) {
+    for (int b = 0; b < graph.getBlockCount(); ++b)
+      if (only < 0 || b == only) container.add(&graph.getBlock(b));
+    EXPECT_TRUE(container.prepare());
+    calculator.reset(new R_GraphCalculator(file, *who, R_Number(3.0), container));
+    reference.reset(new R_GraphReference(container, *calculator, file, *who));
+  }
+  std::unique_ptr<R_Proband> who;
+  R_GraphContainer container;
+  std::unique_ptr<R_GraphCalculator> calculator;
+  std::unique_ptr<R_GraphReference> reference;
+};
 
 // The knowledge file graphs.xml with its graphs, and the probands boy.xml
 // and girl.xml beside it.

@@ -2,25 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "graph/r_graphcontainer.h"
 #include "graph/r_graphplot.h"
 #include "tests/graph/graph_fixture.h"
 #include "tests/support/recording_output.h"
 
 namespace {
 
-typedef std::vector<std::string> Lines;
-
-std::string text(const R_Number& number) {
-  if (!number.isDefined()) return "?";
-  char buffer[64];
-  snprintf(buffer, sizeof buffer, "%g", number.getValue());
-  return buffer;
-}
+std::string text(const R_Number& number) { return numberText(number); }
 
 // " scalar 179.5" or " (x y age)" per point, "?" for undefined.
 std::string valueText(const R_CalcValue& value) {
@@ -62,14 +53,6 @@ Lines dump(const R_GraphContainer& container, const R_GraphCalculator& calculato
   return lines;
 }
 
-// A container of all blocks of `graph`, or of the one block `only`.
-void fill(R_GraphContainer& container, const R_TextGraph& graph, int only = -1) {
-  for (int b = 0; b < graph.getBlockCount(); ++b) {
-    if (only < 0 || b == only) container.add(&graph.getBlock(b));
-  }
-  EXPECT_TRUE(container.prepare());
-}
-
 TEST(GraphContainerTest, AnEmptyContainerDoesNotPrepareAndExtraBlocksAreDropped) {
   R_GraphContainer container(1);
   EXPECT_FALSE(container.prepare());
@@ -91,10 +74,9 @@ TEST_F(GraphTest, GreaterPrioritiesRankFirstAndEqualOnesKeepTheirOrder) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.id);
-    R_GraphContainer container(graph(row.id).getBlockCount());
-    fill(container, graph(row.id));
+    GraphStages stages(*file, proband("boy"), graph(row.id));
     std::vector<int> ranks;
-    for (int i = 0; i < container.getCount(); ++i) ranks.push_back(container.getRank(i));
+    for (int i = 0; i < stages.container.getCount(); ++i) ranks.push_back(stages.container.getRank(i));
     EXPECT_EQ(row.ranks, ranks);
   }
 }
@@ -109,12 +91,8 @@ const char* const kWeights = " (1.999 12 1.999) (2.497 ? 2.497) (3.001 14.1 3.00
 const char* const kTanner = " (1.999 1 1.999) (2.497 ? 2.497) (3.001 ? 3.001)";
 
 TEST_F(GraphTest, TheCalculatorWorksOutEveryBlockOnce) {
-  auto boy = proband("boy");
-  const R_TextGraph& plots = graph("plots");
-  R_GraphContainer container(plots.getBlockCount());
-  fill(container, plots);
-  R_GraphCalculator calculator(*file, *boy, R_Number(3.0), container);
-  ASSERT_TRUE(calculator.ok());
+  GraphStages stages(*file, proband("boy"), graph("plots"));
+  ASSERT_TRUE(stages.calculator->ok());
   Lines expected = {
       // No sibling's height: neither a primary plot nor targets.
       "block 0", " targets ? ? ?",
@@ -129,13 +107,12 @@ TEST_F(GraphTest, TheCalculatorWorksOutEveryBlockOnce) {
       // Priorities 900, 800, 1, 2. The first ranked block has no data, so
       // the X range is that of the valid heights of the second.
       "ranks 0 1 3 2", "x 1.999 2.497"};
-  EXPECT_EQ(expected, dump(container, calculator));
+  EXPECT_EQ(expected, dump(stages.container, *stages.calculator));
 }
 
 // A block's range on an axis, or with `axis` -1 the X range of the graph;
 // over the blocks of graph `id`, or over its block `only` alone.
 TEST_F(GraphTest, RangesComeFromThePrimaryPlotOrElseFromTheSecondaryOnesInTurn) {
-  auto boy = proband("boy");
   const struct {
     const char* id;
     int only;
@@ -157,9 +134,8 @@ TEST_F(GraphTest, RangesComeFromThePrimaryPlotOrElseFromTheSecondaryOnesInTurn) 
   for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.id) + " " + std::to_string(row.only) + " axis " + std::to_string(row.axis) +
                  " of block " + std::to_string(row.block));
-    R_GraphContainer container(graph(row.id).getBlockCount());
-    fill(container, graph(row.id), row.only);
-    R_GraphCalculator calculator(*file, *boy, R_Number(3.0), container);
+    GraphStages stages(*file, proband("boy"), graph(row.id), row.only);
+    const R_GraphCalculator& calculator = *stages.calculator;
     R_Number min(-1.0), max(-1.0);
     if (row.axis >= 0) calculator.getRange(row.axis, row.block, min, max);
     if (row.axis < 0) min = calculator.getMinX(), max = calculator.getMaxX();

@@ -5,16 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "graph/r_graphcalculator.h"
-#include "graph/r_graphcontainer.h"
-#include "graph/r_graphreference.h"
 #include "knowledge/r_graphreflines.h"
 #include "tests/graph/graph_fixture.h"
 #include "tests/support/recording_output.h"
 
 namespace {
-
-typedef std::vector<std::string> Lines;
 
 // The stages up to the layout for the boy and graph "plots", on an output
 // with the usual measures (image 512, indent 10, ticks 8, target space 16,
@@ -22,27 +17,19 @@ typedef std::vector<std::string> Lines;
 class GraphLayoutTest : public GraphTest {
  protected:
   void SetUp() override {
-    boy = proband("boy");
-    const R_TextGraph& g = graph("plots");
-    container.reset(new R_GraphContainer(g.getBlockCount()));
-    for (int b = 0; b < g.getBlockCount(); ++b) container->add(&g.getBlock(b));
-    ASSERT_TRUE(container->prepare());
-    calculator.reset(new R_GraphCalculator(*file, *boy, R_Number(3.0), *container));
-    reference.reset(new R_GraphReference(*container, *calculator, *file, *boy));
-    ASSERT_TRUE(reference->ok());
+    stages.reset(new GraphStages(*file, proband("boy"), graph("plots")));
+    ASSERT_TRUE(stages->reference->ok());
     const int widths[] = {512, 10, 8, 16, 3}, heights[] = {8, 2, 6};
     for (int i = 0; i < 5; ++i) output.setWidthMetric(i, widths[i]);
     for (int i = 0; i < 3; ++i) output.setHeightMetric(i, heights[i]);
   }
   std::unique_ptr<R_GraphLayout> layout() {
-    return std::unique_ptr<R_GraphLayout>(new R_GraphLayout(
-        *container, *reference, *calculator, file->getGraphRefLines().getFormat(R_GraphRefLines::sdKind), output));
+    return std::unique_ptr<R_GraphLayout>(new R_GraphLayout(stages->container, *stages->reference, *stages->calculator,
+                                                             file->getGraphRefLines().getFormat(R_GraphRefLines::sdKind),
+                                                             output));
   }
 
-  std::unique_ptr<R_Proband> boy;
-  std::unique_ptr<R_GraphContainer> container;
-  std::unique_ptr<R_GraphCalculator> calculator;
-  std::unique_ptr<R_GraphReference> reference;
+  std::unique_ptr<GraphStages> stages;
   RecordingOutput output;
 };
 

@@ -2,27 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
-#include <vector>
 
-#include "graph/r_graphcalculator.h"
-#include "graph/r_graphcontainer.h"
 #include "knowledge/r_reference.h"
 #include "knowledge/r_variable.h"
 #include "tests/graph/graph_fixture.h"
 
 namespace {
 
-typedef std::vector<std::string> Lines;
 typedef R_GraphReference::Scale Scale;
-
-std::string text(const R_Number& number) {
-  if (!number.isDefined()) return "?";
-  char buffer[64];
-  snprintf(buffer, sizeof buffer, "%g", number.getValue());
-  return buffer;
-}
+std::string text(const R_Number& number) { return numberText(number); }
 
 std::string id(const R_File& f, const R_Variable& var) { return f.getStatistics().getVarName(var.getIndex()); }
 
@@ -103,26 +92,14 @@ TEST_F(GraphTest, ReferencesAndScalesForEachBlock) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.id) + " " + row.who + " " + std::to_string(row.only));
-    auto who = proband(row.who);
-    const R_TextGraph& g = graph(row.id);
-    R_GraphContainer container(g.getBlockCount());
-    for (int b = 0; b < g.getBlockCount(); ++b) {
-      if (row.only < 0 || b == row.only) container.add(&g.getBlock(b));
-    }
-    ASSERT_TRUE(container.prepare());
-    R_GraphCalculator calculator(*file, *who, R_Number(3.0), container);
-    R_GraphReference reference(container, calculator, *file, *who);
-    EXPECT_EQ(row.expected, dump(*file, container, reference));
+    GraphStages stages(*file, proband(row.who), graph(row.id), row.only);
+    EXPECT_EQ(row.expected, dump(*file, stages.container, *stages.reference));
   }
 }
 
 TEST_F(GraphTest, CellsAndUnitsFollowTheScales) {
-  auto boy = proband("boy");
-  R_GraphContainer container(4);
-  for (int b = 0; b < 4; ++b) container.add(&graph("plots").getBlock(b));
-  ASSERT_TRUE(container.prepare());
-  R_GraphCalculator calculator(*file, *boy, R_Number(3.0), container);
-  R_GraphReference reference(container, calculator, *file, *boy);
+  GraphStages stages(*file, proband("boy"), graph("plots"));
+  const R_GraphReference& reference = *stages.reference;
   ASSERT_TRUE(reference.ok());
   EXPECT_EQ(1, reference.getXCellCount());                 // 2 to 3 by 1
   EXPECT_EQ(5, reference.getYCellCount(2));                // 0 to 100 by 20
