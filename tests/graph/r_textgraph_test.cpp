@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -134,28 +133,6 @@ TEST_F(GraphTest, TheFileKeepsItsGraphsThroughBothForms) {
   ASSERT_NE(std::string::npos, at);
   xml.insert(at + sd_block.size(), "    <refdata show=\"no\" />\n");
   EXPECT_EQ(xml, readFile(dir.file("c.xml")));
-}
-
-TEST(TextGraphTest, ADamagedGraphInAFileNamesItsLines) {
-  TempDir dir;
-  std::string text = readFile(testData("graph/graphs.xml"));
-  size_t at = text.find("priority=\"30\"");
-  ASSERT_NE(std::string::npos, at);
-  text.replace(at, 13, "priority=\"0\"");
-  writeFile(dir.file("bad.xml"), text);
-  R_File bad;
-  CollectingReporter reporter;
-  EXPECT_FALSE(bad.loadXML(dir.file("bad.xml").c_str(), &reporter));
-  // The text's own lines come from parses over strings and carry no line;
-  // the file's parser names the line of the text's end tag.
-  long text_end = static_cast<long>(text.find("</text>", at));
-  int line = static_cast<int>(std::count(text.begin(), text.begin() + text_end, '\n')) + 1;
-  std::string last = "(" + std::to_string(std::count(text.begin(), text.end(), '\n') + 1) + ") ";
-  Lines expected = {"data error closing block </block>: priority not in allowed interval (0,1000)",
-                    "data error closing block </graph>: text block data error", "Error while processing text.",
-                    "(" + std::to_string(line) + ") data error closing block </text>: error loading text",
-                    last + "Data not loaded", last + "Error while processing file."};
-  EXPECT_EQ(expected, reporter.lines());
 }
 
 }  // namespace
