@@ -65,7 +65,7 @@ std::string PageFixture::request(const std::string& query, int client) {
 
 std::string PageFixture::walk(const std::string& query, const std::string& text) {
   writeFile(dir.file("t.htm"), text);
-  return request("_page=t&" + query);
+  return request(query.rfind('/', 0) == 0 ? query : "_page=t&" + query);
 }
 
 std::unique_ptr<R_A_SimpleDB> PageFixture::reopen() {

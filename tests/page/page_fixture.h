@@ -46,7 +46,8 @@ class PageFixture : public ::testing::Test {
   // Runs the query (page path and '?' allowed) as one request of client 1
   // and answers the page text; sink.events() holds the rest.
   std::string request(const std::string& query, int client = 1);
-  // Writes `text` as the page "t" and requests it with `query` added.
+  // Writes `text` as the page "t" and requests it with `query` added, or
+  // with `query` alone when it starts with a path.
   std::string walk(const std::string& query, const std::string& text);
   // The database file read afresh.
   std::unique_ptr<R_A_SimpleDB> reopen();
