@@ -19,13 +19,16 @@ int IdSecurity::findRecordIndex(const char* id) { return id[0] == 'r' ? atoi(id 
 std::vector<WalkRow> walkRows(const std::string& file) {
   std::vector<WalkRow> rows;
   std::string group, query;
+  bool window_set = false;
+  int window = 0;
   std::istringstream in(readFile(testData(file)));
   for (std::string line; std::getline(in, line);) {
     if (line.empty()) continue;
     const std::string rest = line.size() > 2 ? line.substr(2) : "";
     if (line.rfind("== ", 0) == 0) group = line.substr(3);
     if (line[0] == '?') query = rest;
-    if (line[0] == '<') rows.push_back({group, query, rest, "", "begin;end;"}), query.clear();
+    if (line[0] == '@') window_set = true, window = std::stoi(rest);
+    if (line[0] == '<') rows.push_back({group, query, rest, "", "begin;end;", window_set, window}), query.clear();
     if (line[0] == '>') rows.back().text = rest;
     if (line[0] == '!') rows.back().events = rest;
   }

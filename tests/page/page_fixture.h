@@ -32,6 +32,8 @@ class IdSecurity : public R_A_Security {
 // tests/data/page/walks.txt, whose head tells their form.
 struct WalkRow {
   std::string group, query, page, text, events;
+  bool window_set;
+  int window;
 };
 std::vector<WalkRow> walkRows(const std::string& file);
 
