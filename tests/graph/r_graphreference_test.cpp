@@ -93,17 +93,6 @@ TEST_F(GraphTest, TheStagesHoldWhatIsWorkedOutByHand) {
   }
 }
 
-TEST_F(GraphTest, CellsAndUnitsFollowTheScales) {
-  GraphStages stages(*file, proband("boy"), graph("plots"));
-  const R_GraphReference& reference = *stages.reference;
-  ASSERT_TRUE(reference.ok());
-  EXPECT_EQ(1, reference.getXCellCount());                 // 2 to 3 by 1
-  EXPECT_EQ(5, reference.getYCellCount(2));                // 0 to 100 by 20
-  EXPECT_DOUBLE_EQ(0.25, reference.toUnitX(2.25));         // (2.25 - 2)/1
-  EXPECT_DOUBLE_EQ(0.75, reference.toUnitY(1, 95.0));      // (95 - 80)/20
-  EXPECT_DOUBLE_EQ(-0.25, reference.toUnitY(3, -9.0));     // (-9 + 6)/12
-}
-
 TEST(GraphScaleTest, AutomaticAndSDScales) {
   const R_Number none;
   const struct {
