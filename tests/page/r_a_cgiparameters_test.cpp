@@ -20,12 +20,6 @@ std::string dump(const R_A_CGIParameters& p) {
   return text;
 }
 
-std::string written(const R_A_CGIParameters& p, const char* target, int size = 4096) {
-  char buffer[4096];
-  p.encodeURL(target, buffer, size);
-  return buffer;
-}
-
 }  // namespace
 
 TEST(CGIParametersTest, ParsesQueriesIntoWholeRequests) {
@@ -65,29 +59,36 @@ TEST(CGIParametersTest, KeepsAThousandFreePairsAndStillTakesTypedOnes) {
   EXPECT_FALSE(parameters.addVar("late", "x"));
 }
 
-TEST(CGIParametersTest, WritesTheRequestBackAsAQuery) {
-  struct Row {
+// Written into a buffer of `size`; with the room of 64 the query reads
+// back as the same request.
+TEST(CGIParametersTest, WritesTheRequestBackAsAQueryCutToItsBuffer) {
+  const struct {
     const char* query;
     const char* target;
+    int size;
     const char* expected;
   } rows[] = {
-      {"p?_t_id=5&_p_id=7&a=b c&z=%26", nullptr, "p?_p_id=7&_t_id=5&a=b+c&z=%26&"},
-      {"p?_t_id=5&_p_id=7&a=b c&z=%26", "9 x", "p?_p_id=7&_t_id=9+x&a=b+c&z=%26&"},
-      {"_cmd=del&_order=x1&_p_id=1", "3", "_p_id=1&_t_id=3&_cmd=del&_order=x1&"},
-      {"?n=%27~%22+%3C%E8!@%23$*()[]{};/,-._", nullptr, "?n=%27%7E%22+%3C%E8!@#$*()[]{};/,-._&"},
-      {"", nullptr, ""},
+      {"p?_t_id=5&_p_id=7&a=b c&z=%26", nullptr, 64, "p?_p_id=7&_t_id=5&a=b+c&z=%26&"},
+      {"p?_t_id=5&_p_id=7&a=b c&z=%26", "9 x", 64, "p?_p_id=7&_t_id=9+x&a=b+c&z=%26&"},
+      {"_cmd=del&_order=x1&_p_id=1", "3", 64, "_p_id=1&_t_id=3&_cmd=del&_order=x1&"},
+      {"?n=%27~%22+%3C%E8!@%23$*()[]{};/,-._", nullptr, 64, "?n=%27%7E%22+%3C%E8!@#$*()[]{};/,-._&"},
+      {"", nullptr, 64, ""},
+      {"a=bcdef", nullptr, 10, "a=bcdef&"}, {"a=bcdef", nullptr, 9, "a=bcde&"}, {"a=bcdef", nullptr, 8, "a=bcd&"},
+      {"a=bcdef", nullptr, 6, "a=b&"},      {"a=bcdef", nullptr, 4, "a=&"},     {"a=bcdef", nullptr, 3, "a="},
+      {"a=bcdef", nullptr, 1, ""},          {"a=1&b=2", nullptr, 8, "a=1&b=&"}, {"a=%20%20", nullptr, 8, "a=++&"},
+      {"a=%E8", nullptr, 6, "a=%E8"},
   };
-  R_A_CGIParameters parameters;
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.query);
+  R_A_CGIParameters parameters, again;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.query) + " in " + std::to_string(row.size));
     parameters.parse(row.query, 0);
-    std::string query = written(parameters, row.target);
-    EXPECT_EQ(row.expected, query);
-    R_A_CGIParameters again;
-    again.parse(query.c_str(), 0);
-    if (!row.target) {
-      EXPECT_EQ(dump(parameters), dump(again));
-    }
+    char buffer[65];
+    memset(buffer, '#', sizeof(buffer));
+    parameters.encodeURL(row.target, buffer, row.size);
+    EXPECT_EQ(row.expected, std::string(buffer));
+    EXPECT_EQ('#', buffer[row.size]);
+    again.parse(buffer, 0);
+    EXPECT_TRUE(row.target || row.size < 64 || dump(parameters) == dump(again)) << dump(again);
   }
 }
 
@@ -97,24 +98,6 @@ struct Sized {
   int size;
   const char* expected;
 };
-
-TEST(CGIParametersTest, CutsAWrittenQueryToItsBuffer) {
-  const Sized rows[] = {
-      {"a=bcdef", 10, "a=bcdef&"}, {"a=bcdef", 9, "a=bcde&"}, {"a=bcdef", 8, "a=bcd&"}, {"a=bcdef", 6, "a=b&"},
-      {"a=bcdef", 4, "a=&"},      {"a=bcdef", 3, "a="},     {"a=bcdef", 1, ""},
-      {"a=1&b=2", 8, "a=1&b=&"},  {"a=%20%20", 8, "a=++&"}, {"a=%E8", 6, "a=%E8"},
-  };
-  R_A_CGIParameters parameters;
-  for (const Sized& row : rows) {
-    SCOPED_TRACE(std::string(row.text) + " in " + std::to_string(row.size));
-    parameters.parse(row.text, 0);
-    char buffer[16];
-    memset(buffer, '#', sizeof(buffer));
-    parameters.encodeURL(nullptr, buffer, row.size);
-    EXPECT_EQ(row.expected, std::string(buffer));
-    EXPECT_EQ('#', buffer[row.size]);
-  }
-}
 
 TEST(CGIParametersTest, EncodeCGIEscapesAllButSafeBytesAndDecodesBack) {
   const Sized rows[] = {
