@@ -13,6 +13,7 @@
 
 namespace {
 
+// Graphs and auxograms alike, each case in definitions.txt.
 TEST(TextGraphTest, DamagedDefinitionsAreRefusedWithTheirMessagesInnermostFirst) {
   for (const auto& row : sections("definitions.txt")) {
     SCOPED_TRACE(row.first);
@@ -24,35 +25,28 @@ TEST(TextGraphTest, DamagedDefinitionsAreRefusedWithTheirMessagesInnermostFirst)
   }
 }
 
-const std::string kRef = "<refdata sex=\"male\"/>";
-
-// A block of priority 1 with reference data and `content`.
-std::string plain(const std::string& content) {
-  return "<caption>C</caption><block var=\"HEIGHT\" priority=\"1\">" + kRef + content + "</block>";
-}
-
 TEST(TextGraphTest, PlotAttributesSetTheirFlags) {
+  typedef R_GraphPlot P;
   const struct {
     const char* attributes;
     int flags;
   } rows[] = {
-      {"", R_GraphPlot::flagPrimary | R_GraphPlot::flagMarks},  // no lines, marks drawn
-      {"type=\"primary\"", R_GraphPlot::flagPrimary | R_GraphPlot::flagMarks},
-      {"type=\"secundary\"", R_GraphPlot::flagPrimary | R_GraphPlot::flagMarks},
-      {"type=\"secondary\"", R_GraphPlot::flagMarks},
-      {"marks=\"no\" connect=\"yes\"", R_GraphPlot::flagPrimary | R_GraphPlot::flagConnected},
-      {"marks=\"No\" connect=\"YES\"", R_GraphPlot::flagPrimary | R_GraphPlot::flagMarks},
-      {"size=\"small\" arrow=\"WEIGHT\"",
-       R_GraphPlot::flagPrimary | R_GraphPlot::flagMarks | R_GraphPlot::flagSmall | R_GraphPlot::flagArrow},
+      {"", P::flagPrimary | P::flagMarks},  // no lines, marks drawn
+      {"type=\"primary\"", P::flagPrimary | P::flagMarks},
+      {"type=\"secundary\"", P::flagPrimary | P::flagMarks},
+      {"type=\"secondary\"", P::flagMarks},
+      {"marks=\"no\" connect=\"yes\"", P::flagPrimary | P::flagConnected},
+      {"marks=\"No\" connect=\"YES\"", P::flagPrimary | P::flagMarks},
+      {"size=\"small\" arrow=\"WEIGHT\"", P::flagPrimary | P::flagMarks | P::flagSmall | P::flagArrow},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.attributes);
     NamedStatistics statistics({"AGE", "HEIGHT", "WEIGHT"});
     R_SuperText text;
-    std::string xml = plain(std::string("<plot method=\"HEIGHT\" ") + row.attributes + "/>");
-    ASSERT_TRUE(text.loadXML(("<id>T</id><graph>" + xml + "</graph>").c_str(), statistics, nullptr));
-    const R_TextGraph& graph = static_cast<const R_TextGraph&>(text.getElement(0));
-    EXPECT_EQ(row.flags, graph.getBlock(0).getPlot(0).getFlags());
+    ASSERT_TRUE(text.loadXML((std::string("<id>T</id><graph><caption>C</caption><block var=\"HEIGHT\" priority=\"1\">"
+                                          "<refdata sex=\"male\"/><plot method=\"HEIGHT\" ") +
+                              row.attributes + "/></block></graph>").c_str(), statistics, nullptr));
+    EXPECT_EQ(row.flags, static_cast<const R_TextGraph&>(text.getElement(0)).getBlock(0).getPlot(0).getFlags());
   }
 }
 
