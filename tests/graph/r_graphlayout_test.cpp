@@ -33,7 +33,7 @@ class GraphLayoutTest : public GraphTest {
   RecordingOutput output;
 };
 
-// Scales (see the reference suite): X 2 to 3 by 1; sibling 1 to 1
+// Scales (worked out in stages.txt): X 2 to 3 by 1; sibling 1 to 1
 // (anamnestic), heights 80 to 100 by 10, Tanner 0 to 100 by 20, SD -6 to 6.
 // Widest Y label "100.0" or "-6.00", 30; widest target "Target", 36; no
 // reference shown, so refwidth is the indent 10.
