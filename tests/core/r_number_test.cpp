@@ -1,17 +1,23 @@
+// R_Number, R_Integer and the number texts of r_numbertext.h.
 #include "core/r_number.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "core/r_integer.h"
+#include "core/r_numbertext.h"
 #include "tests/support/stored_bytes.h"
 
 namespace {
+
+const R_Number kNone;
 
 // One text for a number, to compare defined and undefined ones alike.
 std::string shown(const R_Number& n) {
@@ -19,8 +25,6 @@ std::string shown(const R_Number& n) {
   if (n.isDefined()) snprintf(text, sizeof text, "%.15g", n.getValue());
   return text;
 }
-
-const R_Number kNone;
 
 // Reads `text` by parse, or by setFromText when `normalise`: the number
 // shown, or "refused" when the read failed and left the number undefined.
@@ -30,66 +34,75 @@ std::string read(const char* text, bool normalise) {
   return ok ? shown(n) : n.isDefined() ? "refused but defined" : "refused";
 }
 
+// R_formatG's text (with `precision` unless negative), checked against its length.
+std::string formatG(double value, int precision = -1) {
+  char buffer[R_numberTextSize];
+  int length = precision < 0 ? R_formatG(value, buffer) : R_formatG(value, precision, buffer);
+  EXPECT_EQ(static_cast<int>(strlen(buffer)), length);
+  return buffer;
+}
+
+// The C library's "%g" or "%.*g": the independent oracle for the texts.
+std::string libraryG(double value, int precision = -1) {
+  char buffer[64];
+  if (precision < 0) snprintf(buffer, sizeof buffer, "%g", value);
+  else snprintf(buffer, sizeof buffer, "%.*g", precision, value);
+  return buffer;
+}
+
+uint64_t nextRandom(uint64_t* state) {
+  uint64_t z = (*state += 0x9E3779B97F4A7C15ULL);
+  z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
+  z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
+  return z ^ (z >> 31);
+}
+
+bool sameAtof(const char* text) {
+  double expected = atof(text), actual = R_atof(text);
+  return memcmp(&expected, &actual, sizeof expected) == 0 || (std::isnan(expected) && std::isnan(actual));
+}
+
 }  // namespace
 
-TEST(NumberTest, ParseReadsTheNumberAtTheStartOfTheTextAndSetFromTextNormalisesWhitespaceFirst) {
+TEST(NumberTest, ParseReadsTheNumberAtTheStartAndSetFromTextNormalisesWhitespaceFirst) {
   const std::string nines(70, '9');  // only the first 64 bytes are read
   const struct { const char* text; bool normalise; const char* expected; } rows[] = {
-      {"12", false, "12"},        {"3,5", false, "3.5"},      {",5", false, "0.5"},  {".5", false, "0.5"},
-      {"-2.25", false, "-2.25"},  {"12abc", false, "12"},     {"-", false, "0"},     {"1e3", false, "1000"},
-      {"?", false, "?"},          {"?junk", false, "?"},      {nines.c_str(), false, "1e+64"},
-      {" \n 5 \r\n", true, "5"}, {"\t3,5\t", true, "3.5"},    {" ? ", true, "?"},
+      {"12", false, "12"},       {"3,5", false, "3.5"},    {",5", false, "0.5"},   {".5", false, "0.5"},
+      {"-2.25", false, "-2.25"}, {"12abc", false, "12"},   {"-", false, "0"},      {"1e3", false, "1000"},
+      {"?", false, "?"},         {"?junk", false, "?"},    {nines.c_str(), false, "1e+64"},
+      {" \n 5 \r\n", true, "5"}, {"\t3,5\t", true, "3.5"}, {" ? ", true, "?"},
+      {"", false, "refused"},    {"abc", false, "refused"}, {" 5", false, "refused"}, {"+5", false, "refused"},
+      {"x?", false, "refused"},  {"\t?", false, "refused"}, {"", true, "refused"},    {" \n\t ", true, "refused"},
+      {" +5", true, "refused"},  {nullptr, true, "refused"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.text);
+    SCOPED_TRACE(row.text ? row.text : "null");
     EXPECT_EQ(row.expected, read(row.text, row.normalise));
   }
-}
-
-TEST(NumberTest, ParseAndSetFromTextRefuseNearMissesAndLeaveTheNumberUndefined) {
-  for (const char* text : {"", "abc", " 5", "+5", "\n5", "x?", "\t?"}) EXPECT_EQ("refused", read(text, false)) << text;
-  for (const char* text : {"", " \n\t ", " +5", "abc"}) EXPECT_EQ("refused", read(text, true)) << text;
-  EXPECT_EQ("refused", read(nullptr, true));
-}
-
-TEST(NumberTest, UndefinedIsKeptApartFromZero) {
   R_Number n;
-  EXPECT_FALSE(n.isEqual(0.0) || n.getBoolOrFalse());
-  n.setBool(true);
-  EXPECT_TRUE(n.isEqual(1.0));
-  n.setUndefined();
-  EXPECT_FALSE(n.isEqual(1.0) || R_Number(0.0).getBool());
+  EXPECT_FALSE(n.isEqual(0.0) || n.getBoolOrFalse()) << "undefined is no zero";
 }
 
-TEST(NumberTest, GetIntTruncatesTowardsZeroAndSaturatesOutsideTheIntRange) {
-  const struct { double value; int expected; } rows[] = {
-      {2.9, 2},        {-2.9, -2},          {2147483647.5, INT_MAX}, {1e10, INT_MAX},
-      {-1e10, INT_MIN}, {HUGE_VAL, INT_MAX}, {-HUGE_VAL, INT_MIN},   {std::nan(""), 0},
+TEST(NumberTest, GetIntTruncatesAndSaturatesAndRoundMovesHalvesUpwards) {
+  const struct { double value; int expected; } ints[] = {
+      {2.9, 2}, {-2.9, -2}, {2147483647.5, INT_MAX}, {1e10, INT_MAX}, {-1e10, INT_MIN}, {-HUGE_VAL, INT_MIN},
+      {std::nan(""), 0},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.value);
-    EXPECT_EQ(row.expected, R_Number(row.value).getInt());
-  }
-}
-
-TEST(NumberTest, RoundMovesHalvesUpwardsAlsoBelowZero) {
-  const struct { double value, precision, expected; } rows[] = {
-      {2.5, 1, 3}, {-2.5, 1, -2},       {-2.6, 1, -3},     {2.4, 1, 2},
-      {17, 5, 15}, {0.125, 0.25, 0.25}, {-0.125, 0.25, 0}, {-0.375, 0.25, -0.25},
+  for (const auto& row : ints) EXPECT_EQ(row.expected, R_Number(row.value).getInt()) << row.value;
+  const struct { double value, precision, expected; } rounds[] = {
+      {2.5, 1, 3}, {-2.5, 1, -2}, {-2.6, 1, -3}, {17, 5, 15}, {0.125, 0.25, 0.25}, {-0.375, 0.25, -0.25},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::to_string(row.value) + " by " + std::to_string(row.precision));
+  for (const auto& row : rounds) {
     R_Number n(row.value);
     n.round(row.precision);
-    EXPECT_EQ(row.expected, n.getValue());
+    EXPECT_EQ(row.expected, n.getValue()) << row.value << " by " << row.precision;
   }
 }
 
-TEST(NumberTest, TextFormsUseTheCLocaleLayoutAndFormatClampsTheDecimalsToZeroToFour) {
+TEST(NumberTest, TextFormsFormatClampsDecimalsToZeroToFourAndFormatToPrecisionRounds) {
   const struct { R_Number value; int decimals; const char* text; const char* formatted; } rows[] = {
-      {2.5, 1, "2.5", "2.5"},           {-0.25, 2, "-0.25", "-0.25"},     {1e20, 0, "1e+20", "100000000000000000000"},
-      {1234567, 9, "1.23457e+06", "1234567.0000"}, {0.0001, 4, "0.0001", "0.0001"}, {2.6, -1, "2.6", "3"},
-      {-1.23456, 4, "-1.23456", "-1.2346"},        {kNone, 2, "?", ""},
+      {-0.25, 2, "-0.25", "-0.25"},  {1e20, 0, "1e+20", "100000000000000000000"},
+      {1234567, 9, "1.23457e+06", "1234567.0000"}, {2.6, -1, "2.6", "3"}, {kNone, 2, "?", ""},
   };
   char buffer[64];
   for (const auto& row : rows) {
@@ -100,16 +113,11 @@ TEST(NumberTest, TextFormsUseTheCLocaleLayoutAndFormatClampsTheDecimalsToZeroToF
     row.value.format(row.decimals, buffer);
     EXPECT_STREQ(row.formatted, buffer);
   }
-}
-
-TEST(NumberTest, FormatToPrecisionRoundsTheNumberAndPrintsTheDecimalsThePrecisionNeeds) {
-  const struct { R_Number value; double precision; const char* text; R_Number rounded; } rows[] = {
-      {12.34, 0.5, "12.5", 12.5},   {12.1, 0.25, "12.0", 12.0},             {1.2345, 0.01, "1.23", 1.23},
-      {17.4, 5, "15", 15},          {1.234567, 0.00001, "1.2346", 1.23457}, {0.7, 1, "1", 1},
-      {kNone, 0.5, "", kNone},
+  const struct { R_Number value; double precision; const char* text; R_Number rounded; } precise[] = {
+      {12.34, 0.5, "12.5", 12.5},   {12.1, 0.25, "12.0", 12.0},             {17.4, 5, "15", 15},
+      {0.7, 1, "1", 1},             {1.234567, 0.00001, "1.2346", 1.23457}, {kNone, 0.5, "", kNone},
   };
-  char buffer[64];
-  for (const auto& row : rows) {
+  for (const auto& row : precise) {
     SCOPED_TRACE(row.text);
     R_Number n = row.value;
     strcpy(buffer, "junk");
@@ -119,9 +127,11 @@ TEST(NumberTest, FormatToPrecisionRoundsTheNumberAndPrintsTheDecimalsThePrecisio
   }
 }
 
-TEST(NumberTest, StoredFormIsTypeFlagAndLittleEndianDouble) {
+TEST(NumberTest, StoredFormsAreTypeFlagDoubleAndTypeInt32AndACutOneFailsTheNextBlock) {
   expectStoredForm(R_Number(2.5), "03 01 00 00 00 00 00 00 04 40");
   expectStoredForm(kNone, "03 00");
+  expectStoredForm(R_Integer(-2), "02 FE FF FF FF");
+  expectEveryCutFails<R_Integer>("02 4D 00 00 00", [](const R_Integer& n) { return n.get() == 0; });
   R_Number n;
   EXPECT_TRUE(loadFrom(bytesOf("03 07 00 00 00 00 00 00 F0 3F"), &n));
   EXPECT_TRUE(n.isEqual(1.0)) << "any flag but 0 means defined";
@@ -132,14 +142,64 @@ TEST(NumberTest, StoredFormIsTypeFlagAndLittleEndianDouble) {
   EXPECT_FALSE(loadFrom(bytesOf("03 01"), &n, &next, false));
   EXPECT_FALSE(n.isDefined());
   EXPECT_EQ(0x03, next) << "a load after a failure must not read";
-}
-
-TEST(NumberTest, ACutStoredNumberStaysUndefinedAndFailsTheNextBlock) {
-  forEachTruncation<R_Number>(savedBytes(R_Number(2.5)), [](const R_Number& n, bool ok, R_InputStream& stream) {
-    EXPECT_FALSE(n.isDefined());
-    EXPECT_FALSE(ok && stream.isOK());
-    R_Integer next;
-    next.load(stream, &ok);
+  forEachTruncation<R_Number>(savedBytes(R_Number(2.5)), [](const R_Number& cut, bool ok, R_InputStream& stream) {
+    EXPECT_FALSE(cut.isDefined());
+    R_Integer after;
+    after.load(stream, &ok);
     EXPECT_FALSE(ok);
   });
+}
+
+TEST(IntegerTest, SetFromTextReadsLikeAtolAndBitsTestAnyBitOfTheMask) {
+  const struct { const char* text; int expected; } rows[] = {{"42", 42}, {"  -7x", -7}, {"+3", 3}, {"abc", 0}};
+  for (const auto& row : rows) {
+    R_Integer n(99);
+    EXPECT_TRUE(n.setFromText(row.text));
+    EXPECT_EQ(row.expected, n.get()) << row.text;
+  }
+  R_Integer n(4);
+  n |= 1;
+  EXPECT_TRUE(n.hasBits(3) && !n.hasBits(2));
+}
+
+// The texts must be the C library's byte for byte: hand-picked rounding
+// edges, ties and odd values, then random short decimals and doubles of
+// every magnitude, each also read back through R_atof.
+TEST(NumberTextTest, FormatGAndAtofAgreeWithTheLibrary) {
+  const double edges[] = {123.4567, 1000000,  999999.4, 999999.5, 9.9999951, 0.00001,  -0.0,       1e-300,
+                          1e300,    0.099999951, 12345.65, 1234565.0, 0.5,    2.5e-5,   INFINITY,   NAN,
+                          1e15,     999999999999999.9};
+  for (double value : edges) {
+    EXPECT_EQ(libraryG(value), formatG(value));
+    for (int precision : {1, 9, 17}) EXPECT_EQ(libraryG(value, precision), formatG(value, precision));
+  }
+  EXPECT_EQ("999999 1e+06 10 0.1", formatG(999999.4) + " " + formatG(999999.5) + " " + formatG(9.9999951) + " " +
+                                       formatG(0.099999951));
+  for (const char* text : {"109.2", "-0", ".5", "-.5", "1.", "12abc", "1.2.3", "-", "", "1E-2", "0x1A", "inf", "nan",
+                           " 5", "+5", "-+5", "3,5", "9007199254740993", "123456789012345678901234",
+                           "0.30000000000000004", "0.0000000000000000000000001", "5e", "00000000000000000000012.5"})
+    EXPECT_TRUE(sameAtof(text)) << text;
+  uint64_t state = 42;
+  char text[64];
+  for (int i = 0; i < 600000; ++i) {
+    uint64_t r = nextRandom(&state);
+    double value = i % 2 ? std::ldexp(static_cast<double>(r >> 11) / 9007199254740992.0, static_cast<int>(r % 120) - 60)
+                         : static_cast<double>((r >> 8) % 100000000) / std::pow(10.0, static_cast<double>(r % 9));
+    if (r & 1) value = -value;
+    int precision = 1 + static_cast<int>((r >> 4) % 12);
+    ASSERT_EQ(libraryG(value), formatG(value)) << "at " << i;
+    ASSERT_EQ(libraryG(value, precision), formatG(value, precision)) << "at " << i << " precision " << precision;
+    snprintf(text, sizeof text, "%.*f", static_cast<int>((r >> 5) % 8), value);
+    ASSERT_TRUE(sameAtof(text)) << text;
+  }
+}
+
+TEST(NumberTextTest, FormatIntGivesTheTextsOfPercentD) {
+  const struct { int value; const char* text; } rows[] = {{0, "0"}, {-7, "-7"}, {1000000, "1000000"},
+                                                          {INT_MIN, "-2147483648"}, {INT_MAX, "2147483647"}};
+  for (const auto& row : rows) {
+    char buffer[R_numberTextSize];
+    EXPECT_EQ(static_cast<int>(strlen(row.text)), R_formatInt(row.value, buffer));
+    EXPECT_STREQ(row.text, buffer);
+  }
 }

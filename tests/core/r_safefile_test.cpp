@@ -1,3 +1,5 @@
+// The byte streams, over memory and files, and R_SafeFile, the one way the
+// system replaces a file.
 #include "core/r_safefile.h"
 
 #include <dirent.h>
@@ -10,37 +12,14 @@
 #include <set>
 #include <string>
 
+#include "core/r_bufferinputstream.h"
+#include "core/r_bufferoutputstream.h"
+#include "core/r_fileinputstream.h"
+#include "core/r_fileoutputstream.h"
+#include "tests/support/stored_bytes.h"
 #include "tests/support/test_files.h"
 
 namespace {
-
-// Steps over the real ones, of which the one named by `failing` fails; a
-// write fails only at its `failing_write`th call, so a failure can land in
-// the middle of a file.
-enum class Step { none, create, write, sync, close, rename };
-Step failing = Step::none;
-int failing_write = 1;
-int writes = 0;
-
-const R_SafeFile::Steps& real = R_SafeFile::systemSteps();
-
-int fakeCreate(const char* path) {
-  if (failing != Step::create) return real.create(path);
-  errno = ENOSPC;
-  return -1;
-}
-long fakeWrite(int fd, const void* data, size_t size) {
-  if (failing == Step::write && ++writes == failing_write) return -1;
-  return real.write(fd, data, size);
-}
-int fakeSync(int fd) { return failing == Step::sync ? -1 : real.sync(fd); }
-int fakeClose(int fd) {
-  int result = real.close(fd);
-  return failing == Step::close ? -1 : result;
-}
-int fakeRename(const char* from, const char* to) { return failing == Step::rename ? -1 : real.rename(from, to); }
-
-const R_SafeFile::Steps kFaulty = {fakeCreate, fakeWrite, fakeSync, fakeClose, fakeRename, nullptr};
 
 std::set<std::string> namesIn(const std::string& dir) {
   std::set<std::string> names;
@@ -51,22 +30,27 @@ std::set<std::string> namesIn(const std::string& dir) {
   return names;
 }
 
+// Steps over the real ones, of which the one named by `failing` fails; a
+// write fails only at its `failing_write`th call, so a failure can land in
+// the middle of a file.
+enum class Step { none, create, write, sync, close, rename };
+Step failing = Step::none;
+int failing_write = 1, writes = 0;
+const R_SafeFile::Steps& real = R_SafeFile::systemSteps();
+
+int fakeCreate(const char* path) { return failing == Step::create ? (errno = ENOSPC, -1) : real.create(path); }
+long fakeWrite(int fd, const void* data, size_t size) {
+  return failing == Step::write && ++writes == failing_write ? -1 : real.write(fd, data, size);
+}
+int fakeSync(int fd) { return failing == Step::sync ? -1 : real.sync(fd); }
+int fakeClose(int fd) { return real.close(fd) < 0 || failing == Step::close ? -1 : 0; }
+int fakeRename(const char* from, const char* to) { return failing == Step::rename ? -1 : real.rename(from, to); }
+const R_SafeFile::Steps kFaulty = {fakeCreate, fakeWrite, fakeSync, fakeClose, fakeRename, nullptr};
+
 class SafeFileTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    failing = Step::none;
-    failing_write = 1;
-    writes = 0;
-    writeFile(target, "old contents");
-  }
+  void SetUp() override { writeFile(target, "old contents"); }
   void TearDown() override { failing = Step::none; }
-
-  // Writes `bytes` through the helper; the commit's answer.
-  bool save(const std::string& bytes) {
-    R_SafeFile file(target.c_str(), kFaulty);
-    for (unsigned char c : bytes) file.put(c);
-    return file.commit();
-  }
 
   TempDir dir;
   std::string target = dir.file("data.xml");
@@ -74,16 +58,64 @@ class SafeFileTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(SafeFileTest, ACommitReplacesTheFileAndLeavesNothingElse) {
-  std::string bytes(200000, 'x');
-  EXPECT_TRUE(save(bytes));
-  EXPECT_EQ(bytes, readFile(target));
-  EXPECT_EQ(std::set<std::string>{"data.xml"}, namesIn(dir.path()));
+TEST(StreamTest, MemoryStreamsAreLittleEndianShortReadsGiveZeroAndFailAndAFullBufferCounts) {
+  Bytes bytes = bytesOf("34 12 FE FF FF FF 00 00 00 00 00 00 F0 3F 07 06 0A 0B");
+  R_BufferInputStream in(bytes.data(), static_cast<int>(bytes.size()));
+  EXPECT_EQ(0x1234, in.readWord());
+  EXPECT_EQ(-2, in.readInt32());
+  EXPECT_EQ(1.0, in.readDouble());
+  EXPECT_FALSE(in.checkType(5));
+  EXPECT_TRUE(in.isOK()) << "the wrong type byte is consumed";
+  EXPECT_TRUE(in.checkType(6));
+  unsigned char buffer[6] = {0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA};
+  in.readBytes(buffer, 4);
+  EXPECT_EQ("0A 0B 00 00 AA AA", hexOf(Bytes(buffer, buffer + 6))) << "zeros for the bytes past the end";
+  EXPECT_FALSE(in.isOK());
+  EXPECT_EQ(-1, in.readByte());
+  for (const char* hex : {"FF", "01 02 03", "00 00 00 00 00 00 F0"}) {
+    Bytes cut = bytesOf(hex);
+    R_BufferInputStream short_in(cut.data(), static_cast<int>(cut.size()));
+    double value = cut.size() == 1 ? short_in.readWord() : cut.size() == 3 ? short_in.readInt32() : short_in.readDouble();
+    EXPECT_EQ(0.0, value) << hex;
+    EXPECT_FALSE(short_in.isOK()) << hex;
+    EXPECT_FALSE(short_in.checkType(0)) << "a failed stream reads no type byte";
+  }
+  R_BufferOutputStream out(buffer, 4);
+  out.writeWord(0x12345);
+  out.writeWord(-1);
+  EXPECT_TRUE(out.isOK());
+  out.put(5);
+  EXPECT_EQ(5, out.getCount());
+  EXPECT_FALSE(out.isOK());
+  EXPECT_EQ("45 23 FF FF AA AA", hexOf(Bytes(buffer, buffer + 6)));
+}
+
+TEST(StreamTest, FileStreamsReadAndWriteEveryByteAndAFileThatDoesNotOpenIsHarmless) {
+  TempDir dir;
+  std::string bytes;
+  for (int i = 0; i < 70000; ++i) bytes += static_cast<char>((i * 7) & 0xFF);
+  writeFile(dir.file("data.bin"), bytes);
+  R_FileInputStream stream(dir.file("data.bin").c_str());
+  std::string read;
+  for (int c = stream.readByte(); c >= 0; c = stream.readByte()) read += static_cast<char>(c);
+  EXPECT_EQ(bytes, read);
+  EXPECT_FALSE(stream.isOK());
+  EXPECT_FALSE(R_FileInputStream(dir.file("missing.bin").c_str()).isOK());
+  R_FileOutputStream out(dir.file("data.bin").c_str());
+  out.put(0);
+  out.writeWord(0x0A0D);
+  EXPECT_TRUE(out.close());
+  EXPECT_EQ(std::string("\x00\x0D\x0A", 3), readFile(dir.file("data.bin")));
+  R_FileOutputStream nowhere(dir.file("no/such/dir/out.bin").c_str());
+  EXPECT_FALSE(nowhere.isOK());
+  nowhere.writeDouble(2.0);
+  EXPECT_FALSE(nowhere.close());
 }
 
 // Blocks that cross the 64 KiB buffer's end, between single bytes, keep
-// their order.
-TEST_F(SafeFileTest, BlocksAndSingleBytesArriveInOrder) {
+// their order; the replaced file keeps its permissions.
+TEST_F(SafeFileTest, ACommitReplacesTheFileWithTheBytesInOrderAndLeavesNothingElse) {
+  ASSERT_EQ(0, chmod(target.c_str(), 0640));
   std::string bytes(170013, '\0');
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 % 251);
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes.data());
@@ -97,38 +129,36 @@ TEST_F(SafeFileTest, BlocksAndSingleBytesArriveInOrder) {
     EXPECT_TRUE(file.commit());
   }
   EXPECT_EQ(bytes, readFile(target));
+  EXPECT_EQ(std::set<std::string>{"data.xml"}, namesIn(dir.path()));
+  struct stat info;
+  ASSERT_EQ(0, stat(target.c_str(), &info));
+  EXPECT_EQ(0640u, info.st_mode & 0777);
 }
 
-TEST_F(SafeFileTest, AFailureAtAnyStepLeavesTheOldFileAndNoTemporaryOne) {
-  struct Row {
-    Step step;
-    int write_call;
-    const char* label;
-  } rows[] = {
-      {Step::create, 1, "create"},         {Step::write, 1, "first block"},
-      {Step::write, 3, "a later block"},   {Step::write, 4, "the last block, written at the commit"},
-      {Step::sync, 1, "sync"},             {Step::close, 1, "close"},
-      {Step::rename, 1, "rename"},
+TEST_F(SafeFileTest, AFailureAtAnyStepOrNoCommitLeavesTheOldFileAndNoTemporaryOne) {
+  const struct { Step step; int write_call; const char* label; } rows[] = {
+      {Step::create, 1, "create"},       {Step::write, 1, "first block"},
+      {Step::write, 3, "a later block"}, {Step::write, 4, "the last block, written at the commit"},
+      {Step::sync, 1, "sync"},           {Step::close, 1, "close"},
+      {Step::rename, 1, "rename"},       {Step::none, 1, "no commit"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.label);
     failing = row.step;
     failing_write = row.write_call;
     writes = 0;
-    EXPECT_FALSE(save(std::string(200000, 'y')));  // four blocks of 64 KiB
+    {
+      R_SafeFile file(target.c_str(), kFaulty);
+      for (int i = 0; i < 200000; ++i) file.put('y');  // four blocks of 64 KiB
+      if (row.step != Step::none) {
+        EXPECT_FALSE(file.commit());
+      }
+    }
     EXPECT_EQ("old contents", readFile(target));
     EXPECT_EQ(std::set<std::string>{"data.xml"}, namesIn(dir.path()));
   }
-}
-
-TEST_F(SafeFileTest, NoCommitLeavesTheOldFileAndRemovesTheTemporaryOne) {
-  {
-    R_SafeFile file(target.c_str());
-    file.write("new");
-    EXPECT_TRUE(file.isOK());
-    EXPECT_TRUE(fileExists(file.getTemporaryPath()));
-  }
-  EXPECT_EQ("old contents", readFile(target));
+  R_SafeFile file(dir.file("missing/data.xml").c_str());
+  EXPECT_FALSE(file.isOK() || file.commit());
   EXPECT_EQ(std::set<std::string>{"data.xml"}, namesIn(dir.path()));
 }
 
@@ -136,23 +166,10 @@ TEST_F(SafeFileTest, AnExistingTemporaryNameOrLinkIsPassedByNotWrittenThrough) {
   writeFile(dir.file("victim"), "victim");
   writeFile(dir.file("data.xml.tmp"), "left by a crash");
   ASSERT_EQ(0, symlink(dir.file("victim").c_str(), dir.file("data.xml.tmp1").c_str()));
-  EXPECT_TRUE(save("new"));
+  R_SafeFile file(target.c_str());
+  file.write("new");
+  EXPECT_TRUE(file.commit());
   EXPECT_EQ("new", readFile(target));
   EXPECT_EQ("victim", readFile(dir.file("victim")));
   EXPECT_EQ("left by a crash", readFile(dir.file("data.xml.tmp")));
-}
-
-TEST_F(SafeFileTest, AReplacedFileKeepsItsPermissions) {
-  ASSERT_EQ(0, chmod(target.c_str(), 0640));
-  EXPECT_TRUE(save("new"));
-  struct stat info;
-  ASSERT_EQ(0, stat(target.c_str(), &info));
-  EXPECT_EQ(0640u, info.st_mode & 0777);
-}
-
-TEST_F(SafeFileTest, AFolderThatDoesNotExistFailsWithoutAFile) {
-  R_SafeFile file(dir.file("missing/data.xml").c_str());
-  EXPECT_FALSE(file.isOK());
-  EXPECT_FALSE(file.commit());
-  EXPECT_EQ(std::set<std::string>{"data.xml"}, namesIn(dir.path()));
 }
