@@ -20,22 +20,17 @@ std::string joined(const std::vector<std::string>& lines) {
 }
 
 // A parse as one text: the events joined by '|', then after a failure "! "
-// and the messages joined by '|'. Parses `input` as a text, or the file at
-// `path` when one is given.
-std::string parse(RecordingRecipient& recipient, const std::string& input, const std::string* path = nullptr) {
+// and the messages joined by '|'. Parses `input` as a text, or as the bytes
+// of a file when `as_file`.
+std::string parse(RecordingRecipient& recipient, const std::string& input, bool as_file = false) {
   CollectingReporter reporter;
   R_XMLParser parser(R_XMLParser::captureSize, &reporter);
-  bool ok = path ? recipient.parseFile(parser, *path) : recipient.parseString(parser, input.c_str());
+  TempDir dir;
+  if (as_file) writeFile(dir.file("in.xml"), input);
+  bool ok = as_file ? recipient.parseFile(parser, dir.file("in.xml")) : recipient.parseString(parser, input.c_str());
   std::string events = joined(recipient.events());
   if (ok && reporter.lines().empty()) return events;
   return events + (events.empty() ? "" : " ") + (ok ? "? " : "! ") + joined(reporter.lines());
-}
-
-std::string parseFileBytes(RecordingRecipient& recipient, const std::string& bytes) {
-  TempDir dir;
-  std::string path = dir.file("in.xml");
-  writeFile(path, bytes);
-  return parse(recipient, "", &path);
 }
 
 struct Row {
@@ -49,7 +44,7 @@ void runRows(const std::vector<Row>& rows, bool as_file) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.label);
     RecordingRecipient recipient(row.tags);
-    EXPECT_EQ(row.outcome, as_file ? parseFileBytes(recipient, row.input) : parse(recipient, row.input));
+    EXPECT_EQ(row.outcome, parse(recipient, row.input, as_file));
   }
 }
 
@@ -76,17 +71,14 @@ TEST(XMLParserTest, WellFormedTextsDeliverTheirEvents) {
       {"start, capture and end events in that order", {"<a", "a", ">a"}, "<a>t</a>", "0:|1:t|2:"},
       {"inside a capture, end and standalone tags fire but start tags do not", {"a", "<a:b", ">a:b", "a:c"},
        "<a><b>1</b><c/></a>", "2:|3:|0:<b>1</b><c/>"},
-      {"an end tag event alone", {">r:a"}, "<r><a>1</a></r>", "0:"},
       {"a standalone element arrives with empty text", {"a"}, "<a x=\"1\"/>", "0:"},
       {"a path entry does not match a longer path", {"a:b"}, "<a><b><c>1</c></b></a>", "0:<c>1</c>"},
-      {"the first equal entry wins", {"a", "a"}, "<a>1</a>", "0:1"},
       {"names are case-sensitive", {"a"}, "<A>1</A>", ""},
       {"skipped tags are not interpreted", {"a"}, "<?xml version='1.0' encoding=\"W\"?><!DOCTYPE a><a>1</a>", "0:1"},
       {"entities stay as they are", {"a"}, "<a>&lt;b&amp;&gt;</a>", "0:&lt;b&amp;&gt;"},
       {"bytes above 127 pass unchanged", {"a"}, "<a>\xC8\xFF</a>", "0:\xC8\xFF"},
       {"names may hold digits, '_', '-' and '.'", {"a1_b-c.d"}, "<a1_b-c.d>1</a1_b-c.d>", "0:1"},
       {"a tag ends at its first '>', also inside quotes", {"a"}, "<a x=\"1>2\"</a>", "0:2\""},
-      {"text without any tag", {"a"}, "just text", ""},
       {"several roots", {"a"}, "<a>1</a><a>2</a>", "0:1|0:2"},
       // Kept on purpose: the capture ends at the inner end tag, and the outer
       // one delivers the code again with empty text; so does a later end tag
@@ -96,9 +88,7 @@ TEST(XMLParserTest, WellFormedTextsDeliverTheirEvents) {
       {"a tag of exactly the longest length", {"a"}, kLongest + "1</a>", "0:1"},
       {"an inner text that fits with its end tag", {"a"}, "<a>" + kFits + "</a>", "0:" + kFits},
       {"one byte more arrives empty", {"a"}, "<a>" + kFits + "y</a>", "0:"},
-      {"so does a longer end tag", {"ab"}, "<ab>" + kFits + "</ab>", "0:"},
       {"the next capture starts afresh", {"r:a"}, "<r><a>" + kFits + "y</a><a>z</a></r>", "0:|0:z"},
-      {"a megabyte of text", {"a"}, std::string(1 << 20, 'a'), ""},
       {"200000 levels in a capture", {"r:c"}, "<r><c>" + kDeep + nested(200000, "</b>") + "</c></r>", "0:"},
   }, false);
 }
@@ -115,10 +105,7 @@ TEST(XMLParserTest, EachStructureFaultStopsWithItsMessageAndAStringShowsNoLineNu
       {"end tag with nothing open", {"a"}, "</a>", "! wrong structure: a"},
       {"end tag after the root closed", {"a"}, "<a>1</a></a>", "0:1 ! wrong structure: a"},
       {"name starting with a digit", {"a"}, "<1a>", "! wrong tag type [<1a>]"},
-      {"empty tag", {"a"}, "<>", "! wrong tag type [<>]"},
-      {"end tag without name", {"a"}, "<a></></a>", "! wrong tag type [</>]"},
       {"blank before the name", {"a"}, "< a>", "! wrong tag type [< a>]"},
-      {"blank before an end tag's name", {"a"}, "<a></ a>", "! wrong tag type [</ a>]"},
       {"a tag one byte too long", {"a"}, "<a " + kLongest.substr(2) + "1</a>", "! too long tag"},
       {"a megabyte of tag", {"a"}, "<" + std::string(1 << 20, 'a'), "! too long tag"},
       {"an unterminated tag of the longest length", {"a"}, kUnterminated, "! unfinished tag"},
@@ -136,12 +123,10 @@ TEST(XMLParserTest, FileMessagesNameTheLineFromLineTwoOn) {
       {"fault on line 3", {"a"}, "<a>\n<b>\n</c>\n</a>\n", "! (3) wrong structure: c"},
       {"end of input after a line feed counts the new line", {"a"}, "<a>\n",
        "! (2) unfinished structure (missing end tags)"},
-      {"end of input on line 1", {"a"}, "<a>", "! unfinished structure (missing end tags)"},
       {"unfinished tag", {"a"}, "<r>\n<a\n", "! (3) unfinished tag"},
       {"closing char", {"a"}, "\n\n>", "! (3) unexpected closing char"},
       {"the cut counts the line number", {"a"}, "\n\n\n" + cut_tag,
        "! " + ("(4) wrong tag type [" + cut_tag + "]").substr(0, 255)},
-      {"an empty file parses", {"a"}, "", ""},
       // The byte 255 that a file reads past its end makes this tag one byte
       // longer than in a text.
       {"the end of a file is one byte more", {"a"}, kUnterminated, "! too long tag"},
@@ -164,7 +149,7 @@ TEST(XMLParserTest, RefusalsAreReportedByEventKindAndTheParseRunsOn) {
     SCOPED_TRACE(row.input);
     RecordingRecipient recipient(row.tags);
     recipient.refuse(-1, "no", row.text);
-    EXPECT_EQ(row.outcome, row.file ? parseFileBytes(recipient, row.input) : parse(recipient, row.input));
+    EXPECT_EQ(row.outcome, parse(recipient, row.input, row.file));
   }
 }
 
@@ -174,8 +159,6 @@ TEST(XMLParserTest, AttributesOfOpenElementsCanBeAskedDuringAnEvent) {
       {"bare values, '/' skipped", "<a x=1 y=2/>", "0: x=1 y=2"},
       {"a single quote is no quote", "<a x='1' y=\"2\"/>", "0: x=NULL y=NULL"},
       {"the last written wins", "<a x=\"1\" x=\"2\"/>", "0: x=2 y=NULL"},
-      {"empty quoted value", "<a x=\"\"/>", "0: x= y=NULL"},
-      {"blanks around '='", "<a x = \"1\"/>", "0: x=1 y=NULL"},
       {"a name without value ends the list", "<a x y=\"2\"/>", "0: x=NULL y=NULL"},
       {"a value cut by the tag's end keeps the '>'", "<a x=\"1></a>", "0: x=1> y=NULL"},
       {"names are case-sensitive", "<a X=\"1\"/>", "0: x=NULL y=NULL"},
@@ -202,41 +185,35 @@ TEST(XMLParserTest, InnerAttributesWinAndElementLookupsTakeTheNamedLevel) {
             parse(recipient, "<o x=\"1\"><i x=\"2\"></i><i><o x=\"3\"/></i></o>"));
 }
 
-TEST(XMLParserTest, ASummaryReportedAfterAParseCarriesTheLastLine) {
+TEST(XMLParserTest, ASummaryAfterAParseCarriesTheLastLineAndTheParserCanBeUsedAgain) {
   TempDir dir;
   writeFile(dir.file("in.xml"), "<a>\n<b>\n");
-  CollectingReporter reporter;
-  R_XMLParser parser(R_XMLParser::captureSize, &reporter);
-  parser.report("before any parse");
-  RecordingRecipient recipient({"a"});
-  EXPECT_FALSE(recipient.parseFile(parser, dir.file("in.xml")));
-  parser.report("Error while loading.");
-  EXPECT_EQ("before any parse|(3) unfinished structure (missing end tags)|(3) Error while loading.",
-            joined(reporter.lines()));
-}
-
-TEST(XMLParserTest, AParserCanBeUsedAgainAfterAFailureAlsoWithoutAReporter) {
   for (bool with_reporter : {true, false}) {
     CollectingReporter reporter;
     R_XMLParser parser(R_XMLParser::captureSize, with_reporter ? &reporter : nullptr);
+    parser.report("before any parse");
     RecordingRecipient recipient({"a"});
-    EXPECT_FALSE(recipient.parseString(parser, "<a><a>"));
-    parser.report("heard only with a reporter");
+    EXPECT_FALSE(recipient.parseFile(parser, dir.file("in.xml")));
+    parser.report("Error while loading.");
     EXPECT_TRUE(recipient.parseString(parser, "<a>1</a>"));
     EXPECT_EQ("0:1", joined(recipient.events()));
+    EXPECT_EQ(with_reporter ? "before any parse|(3) unfinished structure (missing end tags)|(3) Error while loading."
+                            : "",
+              joined(reporter.lines()));
   }
 }
 
 TEST(XMLParserTest, AMissingFileHasNoInputDataAndAHugeOneWithoutClosingCharIsNotReadWhole) {
-  for (const std::string path : {"/nonexistent/missing.xml", ""}) {
-    RecordingRecipient recipient({"a"});
-    EXPECT_EQ("! no input data", parse(recipient, "", &path));
-  }
   TempDir dir;
   std::string path = dir.file("huge.xml");
   writeFile(path, "<a");
   // A sparse file of 4 GB: its bytes are NUL, so the tag never ends.
   ASSERT_EQ(0, truncate(path.c_str(), 4LL << 30));
-  RecordingRecipient recipient({"a"});
-  EXPECT_EQ("! too long tag", parse(recipient, "", &path));
+  for (const std::string& file : {std::string("/nonexistent/missing.xml"), std::string(), path}) {
+    CollectingReporter reporter;
+    R_XMLParser parser(R_XMLParser::captureSize, &reporter);
+    RecordingRecipient recipient({"a"});
+    EXPECT_FALSE(recipient.parseFile(parser, file));
+    EXPECT_EQ(file == path ? "too long tag" : "no input data", joined(reporter.lines()));
+  }
 }

@@ -104,14 +104,12 @@ TEST(XMLTextOutputTest, AWholeDocumentIsIndentedInAFileAndFlatInABufferAndEscape
 }
 
 TEST(XMLTextOutputTest, FileLinesBreakAtTheFirstBlankFromColumn61AndIndentByTheLevel) {
-  const std::string a60(60, 'a'), l70(70, 'l'), v60(60, 'v'), nine = "abcdefghi ", words = nine + nine + nine + nine;
+  const std::string a60(60, 'a'), l70(70, 'l'), v60(60, 'v');
   const struct { const char* label; Writing write; std::string expected; } rows[] = {
       {"70 letters without a blank stay on one line", element("a", l70), "<a>\n  " + l70 + "\n</a>"},
       {"a blank at column 60 stays", element("a", a60 + " b"), "<a>\n  " + a60 + " b\n</a>"},
       {"a blank at column 61 starts a line", element("a", a60 + "a bb cc"), "<a>\n  " + a60 + "a\n   bb cc\n</a>"},
       {"a line feed counts as a blank", element("a", a60 + "a\nb"), "<a>\n  " + a60 + "a\n  \nb\n</a>"},
-      {"words break at the first blank at or after column 61", element("a", words + nine + nine + nine + "ab"),
-       "<a>\n  " + words + nine + nine + "abcdefghi\n   ab\n</a>"},
       {"a long tag breaks before an attribute",
        [&](R_XMLTextOutput& output) {
          output.openTag("a");
@@ -137,7 +135,7 @@ TEST(XMLTextOutputTest, FileLinesBreakAtTheFirstBlankFromColumn61AndIndentByTheL
   }
 }
 
-TEST(XMLTextOutputTest, ABufferKeepsWhatFitsAndTellsOfTheOverflow) {
+TEST(XMLTextOutputTest, ABufferKeepsWhatFitsAndTheBaseWritesFlatToStandardOutputAndAFileThatDoesNotOpenNothing) {
   char buffer[4];
   R_XMLTextOutputBuffer output(buffer, sizeof buffer);
   EXPECT_STREQ("", buffer);
@@ -147,19 +145,14 @@ TEST(XMLTextOutputTest, ABufferKeepsWhatFitsAndTellsOfTheOverflow) {
   EXPECT_FALSE(output.isOK());
   EXPECT_STREQ("abc", buffer);
   EXPECT_EQ(3, output.getCount());
-}
-
-TEST(XMLTextOutputTest, TheBaseWritesFlatToStandardOutputAndAFileThatDoesNotOpenWritesNothing) {
   testing::internal::CaptureStdout();
-  R_XMLTextOutput output;
-  element("a", "x")(output);
+  R_XMLTextOutput standard;
+  element("a", "x")(standard);
   fflush(stdout);
   EXPECT_EQ("<a>x</a>", testing::internal::GetCapturedStdout());
   TempDir dir;
-  for (const std::string& path : {std::string(), dir.file("missing/out.xml")}) {
-    R_XMLTextOutputFile file(path.c_str());
-    EXPECT_FALSE(file.isOK());
-    element("a", "x")(file);
-  }
+  R_XMLTextOutputFile file(dir.file("missing/out.xml").c_str());
+  EXPECT_FALSE(file.isOK() || R_XMLTextOutputFile("").isOK());
+  element("a", "x")(file);
   EXPECT_FALSE(fileExists(dir.file("missing/out.xml")));
 }
