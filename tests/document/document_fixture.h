@@ -19,6 +19,8 @@
 #include "tests/support/test_files.h"
 #include "tests/support/xml_fakes.h"
 
+typedef std::vector<std::string> Lines;
+
 class DocumentTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -42,7 +44,7 @@ class DocumentTest : public ::testing::Test {
 
   // The calls that text `id` makes, written at depth 0 for the proband with
   // the age today `age`.
-  std::vector<std::string> traceOf(const std::string& id, const std::string& who, double age = 3.0) {
+  Lines traceOf(const std::string& id, const std::string& who, double age = 3.0) {
     int index = file->findText(id.c_str());
     EXPECT_GE(index, 0) << id;
     if (index < 0) return {};
@@ -56,16 +58,31 @@ class DocumentTest : public ::testing::Test {
 };
 
 // The writeChar lines of `text` in font state `state`.
-inline std::vector<std::string> chars(int state, const std::string& text) {
-  std::vector<std::string> lines;
+inline Lines chars(int state, const std::string& text) {
+  Lines lines;
   for (char c : text) lines.push_back("writeChar " + std::to_string(state) + " '" + c + "'");
   return lines;
 }
 
 // The lines of all the parts, in order.
-inline std::vector<std::string> join(std::initializer_list<std::vector<std::string>> parts) {
-  std::vector<std::string> lines;
+inline Lines join(std::initializer_list<Lines> parts) {
+  Lines lines;
   for (const auto& part : parts) lines.insert(lines.end(), part.begin(), part.end());
+  return lines;
+}
+
+// The lines of table row `r` in mode `m` with cells of `texts`; a null text
+// is a separator cell.
+inline Lines tableRow(int r, std::initializer_list<const char*> texts, int m = 1) {
+  const std::string at = std::to_string(r) + " ", mode = " " + std::to_string(m);
+  Lines lines = {"beginRow " + at + std::to_string(m)};
+  int c = 0;
+  for (const char* text : texts) {
+    std::string rc = at + std::to_string(c++);
+    if (!text) lines.push_back("writeSeparatorCell " + rc + mode);
+    else lines.insert(lines.end(), {"beginCell " + rc + mode, "writeCell " + rc + " \"" + text + "\"", "endCell " + rc + mode});
+  }
+  lines.push_back("endRow " + at + std::to_string(m));
   return lines;
 }
 

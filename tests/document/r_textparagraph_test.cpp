@@ -1,14 +1,16 @@
+// Paragraphs, their translation from mark-up, and tables.
 #include "document/r_textparagraph.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
+#include "document/r_texttable.h"
 #include "document/r_texttranslator.h"
 #include "tests/document/document_fixture.h"
 #include "tests/knowledge/knowledge_test_support.h"
 
 namespace {
-
-typedef std::vector<std::string> Lines;
 
 // The stored form of `source` ("" when refused) and the reported lines.
 std::string translate(const std::string& source, Lines* lines = nullptr) {
@@ -23,10 +25,7 @@ std::string translate(const std::string& source, Lines* lines = nullptr) {
 }
 
 TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodes) {
-  const struct {
-    const char* source;
-    const char* stored;
-  } rows[] = {
+  const struct { const char* source; const char* stored; } rows[] = {
       {"plain \t text ", "plain text"},
       {"<b>x</b> and <i>y</i>", "\\bx\\c and \\iy\\j"},
       {"<b></b>", "\\b\\c"},  // tags only: an empty paragraph, but one
@@ -37,82 +36,55 @@ TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodes) {
       {"a<!-- note -->b<?x?>c", "abc"},
       {"a > b & c", "a > b & c"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.source);
-    EXPECT_EQ(row.stored, translate(row.source));
-  }
+  for (const auto& row : rows) EXPECT_EQ(row.stored, translate(row.source)) << row.source;
 }
 
 TEST(TextTranslatorTest, ReportsEachFaultAndGoesOn) {
   const std::string p = "error unfinished tag in text processing element <p>";
   const std::string empty = "error no text defined processing element <p>";
-  const struct {
-    const char* source;
-    Lines lines;
-  } rows[] = {
-      {"<b>x<i>y</i></b>",
-       {"error unknown begin element processing element <i>", "error unknown end element processing element </i>"}},
-      {"<i>x<b>y</b></i>",
-       {"error unknown begin element processing element <b>", "error unknown end element processing element </b>"}},
+  const std::string begin = "error unknown begin element processing element <", end = "error unknown end element "
+                                                                                       "processing element </";
+  const std::string standalone = "error wrong standalone element processing element <";
+  const std::string huge(8192, 'x');
+  const struct { std::string source; Lines lines; } rows[] = {
+      {"<b>x<i>y</i></b>", {begin + "i>", end + "i>"}},
+      {"<i>x<b>y</b></i>", {begin + "b>", end + "b>"}},
       {"<b>x", {p}},
       {"x <b", {p}},
       {"<b></i>", {"error wrong structure processing element </i>", p}},
-      {"</b>", {"error wrong structure processing element </b>", "error no text defined processing element <p>"}},
-      {"<u>x</u>", {"error unknown begin element processing element <u>",
-                    "error unknown end element processing element </u>"}},
+      {"</b>", {"error wrong structure processing element </b>", empty}},
+      {"<u>x</u>", {begin + "u>", end + "u>"}},
       // An empty result is one more fault.
-      {"<value var=\"WIDTH\" />", {"error wrong standalone element processing element <value>", empty}},
-      {"<value var=\"HEIGHT\"></value>", {"error unknown begin element processing element <value>",
-                                          "error unknown end element processing element </value>", empty}},
-      {"<link/><external href=\"x\"/><B/>", {"error wrong standalone element processing element <link>",
-                                             "error wrong standalone element processing element <external>",
-                                             "error wrong standalone element processing element <B>", empty}},
-      {"< b>x", {"error wrong standalone element processing element <>"}},
+      {"<value var=\"WIDTH\" />", {standalone + "value>", empty}},
+      {"<value var=\"HEIGHT\"></value>", {begin + "value>", end + "value>", empty}},
+      {"<link/><external href=\"x\"/><B/>", {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
+      {"<x-y_z.9 a=\"1\"/>", {standalone + "x-y_z.9>", empty}},  // the name ends at the first byte no name holds
+      {"< b>x", {standalone + ">"}},
       {"<!only a comment>", {empty}},
+      // Cut, like every message of the system, to 255 bytes.
+      {"a<" + huge + "/>", {(standalone + huge).substr(0, 255)}},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.source);
+    SCOPED_TRACE(row.source.substr(0, 40));
     Lines lines;
     EXPECT_EQ("", translate(row.source, &lines));
     EXPECT_EQ(row.lines, lines);
   }
-}
-
-TEST(TextTranslatorTest, SurvivesLongTagsAndWorksWithoutReporter) {
   NamedStatistics statistics({"AGE"});
-  std::string huge = "<b>" + std::string(8192, 'a') + "</b><" + std::string(8192, 'v') + " x=\"1\">";
-  R_TextTranslator quiet(huge.c_str(), statistics, nullptr);
-  EXPECT_FALSE(quiet.isOK());
-  Lines lines;
-  translate("a<" + std::string(8192, 'x') + "/>", &lines);
-  ASSERT_EQ(1u, lines.size());
-  // Cut, like every message of the system, to 255 bytes.
-  EXPECT_EQ(("error wrong standalone element processing element <" + std::string(8192, 'x')).substr(0, 255), lines[0]);
-}
-
-TEST(TextParagraphTest, LoadsOnlyATextThatTranslates) {
-  NamedStatistics statistics({"AGE"});
-  const struct {
-    const char* content;
-    bool ok;
-  } rows[] = {{"x", true}, {" \n ", false}, {"", false}, {"<b>x", false}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.content);
+  std::string tags = "<b>" + std::string(8192, 'a') + "</b><" + std::string(8192, 'v') + " x=\"1\">";
+  EXPECT_FALSE(R_TextTranslator(tags.c_str(), statistics, nullptr).isOK()) << "no reporter";
+  for (const char* content : {" \n ", "", "<b>x"}) {
     R_TextParagraph paragraph;
-    paragraph.loadText(row.content, statistics, nullptr);
-    EXPECT_EQ(row.ok, paragraph.isOK());
+    paragraph.loadText(content, statistics, nullptr);
+    EXPECT_FALSE(paragraph.isOK()) << "a paragraph loads only a text that translates: " << content;
   }
 }
 
 // Stored forms that only the binary form can carry: unknown pairs are
 // dropped, an unknown variable and a code at the very end write nothing.
 TEST_F(DocumentTest, AStoredParagraphWritesWhatItCanAndDropsTheRest) {
-  const struct {
-    const char* stored;
-    Lines trace;
-  } rows[] = {
-      {"a\\zb\\Vnope\\c\\", join({{"beginParagraph", "setFont 1"}, chars(0, "ab"), chars(0, "c"),
-                                  {"setFont 4", "endParagraph"}})},
+  const struct { const char* stored; Lines trace; } rows[] = {
+      {"a\\zb\\Vnope\\c\\", join({{"beginParagraph", "setFont 1"}, chars(0, "abc"), {"setFont 4", "endParagraph"}})},
       {"\\bx", join({{"beginParagraph", "setFont 1", "setFont 4", "setFont 0"}, chars(1, "x"),
                      {"setFont 3", "endParagraph"}})},  // the open bold is closed
       {"\\i\\LT", {"beginParagraph", "setFont 1", "setFont 4", "setFont 2", "writeAnchor \"T\" true", "setFont 5",
@@ -124,12 +96,81 @@ TEST_F(DocumentTest, AStoredParagraphWritesWhatItCanAndDropsTheRest) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.stored);
-    R_String text(row.stored);
     R_TextParagraph paragraph;
-    ASSERT_TRUE(loadFrom(savedBytes(text), &paragraph));
+    ASSERT_TRUE(loadFrom(savedBytes(R_String(row.stored)), &paragraph));
     output.clear();
     paragraph.write(*file, *proband("boy"), R_Number(3.0), output);
     EXPECT_EQ(row.trace, output.calls());
+  }
+}
+
+TEST(TextTableColumnTest, EachTypeTakesItsOwnAttributes) {
+  const struct { const char* attributes; bool ok; } rows[] = {
+      {"type=\"date\" format=\"%d.%m.\"", true},
+      {"type=\"date\"", false},
+      {"type=\"date\" format=\"%Y\" precision=\"1\"", false},
+      {"type=\"date\" format=\"%Y\" method=\"HEIGHT\"", false},
+      {"type=\"date\" format=\"%Y\" method=\"NOPE\"", true},  // a method that doesn't parse counts as absent
+      {"type=\"date\" format=\"1234567890123456789012345678901\"", true},
+      {"type=\"date\" format=\"12345678901234567890123456789012\"", false},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"0,5\"", true},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"sd\"", true},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"percentiles\"", true},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"10\"", false},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"0\"", false},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"SD\"", false},
+      {"type=\"values\" precision=\"1\"", false},
+      {"type=\"values\" method=\"HEIGHT\" precision=\"1\" format=\"x\"", false},
+      {"type=\"list\" method=\"HEIGHT\" format=\"HEIGHT\"", true},
+      {"type=\"list\" method=\"HEIGHT\" format=\"HEIGHT\" precision=\"1\"", false},
+      {"type=\"list\" method=\"HEIGHT\"", false},
+      {"type=\"separator\" method=\"NOPE\" precision=\"99\" format=\"\"", true},
+      {"type=\"Date\" format=\"%Y\"", false},
+  };
+  for (const auto& row : rows) {
+    NamedStatistics statistics({"AGE", "HEIGHT"});
+    R_SuperText text;
+    std::string xml = std::string("<id>T</id><table><column ") + row.attributes + "/></table>";
+    EXPECT_EQ(row.ok, text.loadXML(xml.c_str(), statistics, nullptr)) << row.attributes;
+  }
+}
+
+// The rows, cell texts and table ends of a table of one values column over
+// the boy's three visits (heights 86, 90 and none), written with the given
+// selector and mode and an output that offers groups of `group` visits.
+TEST_F(DocumentTest, TheSelectorChoosesTheRowsAndAnInvertedTableShowsEveryVisitInGroups) {
+  auto boy = proband("boy");
+  const struct { const char* attributes; int group; Lines cells; } rows[] = {
+      {"", 6, {"beginRow 0 1", "writeCell 0 0 \"\"", "beginRow 1 1", "writeCell 1 0 \"86\"", "beginRow 2 1",
+               "writeCell 2 0 \"90\"", "endTable 1"}},
+      {"><select method=\"HEIGHT-86\"/", 6, {"beginRow 0 1", "writeCell 0 0 \"\"", "beginRow 2 1",
+                                             "writeCell 2 0 \"90\"", "endTable 1"}},
+      // A scalar chooses nothing: the empty row.
+      {"><select method=\"1\"/", 6, {"beginRow 0 1", "writeCell 0 0 \"\"", "beginRow 1 1", "writeCell 1 0 \"\"",
+                                     "endTable 1"}},
+      {"mode=\"inverted\"><select method=\"0\"/", 2,
+       {"getInvertedColumnCount", "beginRow 0 0", "writeCell 0 0 \"\"", "writeCell 0 1 \"86\"", "writeCell 0 2 \"90\"",
+        "endTable 0", "writeInvertedBreak", "beginRow 0 0", "writeCell 0 0 \"\"", "writeCell 0 1 \"\"", "endTable 0"}},
+      // A group size below 1 counts as 6: one group.
+      {"mode=\"inverted\"", 0, {"getInvertedColumnCount", "beginRow 0 0", "writeCell 0 0 \"\"", "writeCell 0 1 \"86\"",
+                                "writeCell 0 2 \"90\"", "writeCell 0 3 \"\"", "endTable 0"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.attributes);
+    std::string xml = "<id>T</id><table " + std::string(row.attributes) +
+                      "><column type=\"values\" method=\"HEIGHT\" precision=\"1\"/></table>";
+    R_SuperText text;
+    ASSERT_TRUE(text.loadXML(xml.c_str(), file->getStatistics(), nullptr));
+    output.clear();
+    output.setInvertedColumnCount(row.group);
+    text.getElement(0).write(*file, *boy, R_Number(3.0), output);
+    Lines cells;
+    for (const std::string& call : output.calls()) {
+      for (const char* kept : {"beginRow", "writeCell", "endTable", "writeInvertedBreak", "getInverted"}) {
+        if (call.compare(0, strlen(kept), kept) == 0) cells.push_back(call);
+      }
+    }
+    EXPECT_EQ(row.cells, cells);
   }
 }
 
