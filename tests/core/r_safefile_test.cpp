@@ -58,28 +58,18 @@ class SafeFileTest : public ::testing::Test {
 
 }  // namespace
 
-TEST(StreamTest, MemoryStreamsAreLittleEndianShortReadsGiveZeroAndFailAndAFullBufferCounts) {
+TEST(StreamTest, MemoryStreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFullBufferCounts) {
   Bytes bytes = bytesOf("34 12 FE FF FF FF 00 00 00 00 00 00 F0 3F 07 06 0A 0B");
   R_BufferInputStream in(bytes.data(), static_cast<int>(bytes.size()));
   EXPECT_EQ(0x1234, in.readWord());
   EXPECT_EQ(-2, in.readInt32());
   EXPECT_EQ(1.0, in.readDouble());
-  EXPECT_FALSE(in.checkType(5));
-  EXPECT_TRUE(in.isOK()) << "the wrong type byte is consumed";
+  EXPECT_TRUE(!in.checkType(5) && in.isOK()) << "a wrong type byte is consumed but fails nothing";
   EXPECT_TRUE(in.checkType(6));
-  unsigned char buffer[6] = {0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA};
-  in.readBytes(buffer, 4);
-  EXPECT_EQ("0A 0B 00 00 AA AA", hexOf(Bytes(buffer, buffer + 6))) << "zeros for the bytes past the end";
-  EXPECT_FALSE(in.isOK());
+  EXPECT_EQ(0, in.readInt32()) << "two bytes short";
+  EXPECT_FALSE(in.isOK() || in.checkType(0));
   EXPECT_EQ(-1, in.readByte());
-  for (const char* hex : {"FF", "01 02 03", "00 00 00 00 00 00 F0"}) {
-    Bytes cut = bytesOf(hex);
-    R_BufferInputStream short_in(cut.data(), static_cast<int>(cut.size()));
-    double value = cut.size() == 1 ? short_in.readWord() : cut.size() == 3 ? short_in.readInt32() : short_in.readDouble();
-    EXPECT_EQ(0.0, value) << hex;
-    EXPECT_FALSE(short_in.isOK()) << hex;
-    EXPECT_FALSE(short_in.checkType(0)) << "a failed stream reads no type byte";
-  }
+  unsigned char buffer[6] = {0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA};
   R_BufferOutputStream out(buffer, 4);
   out.writeWord(0x12345);
   out.writeWord(-1);

@@ -25,14 +25,9 @@ class DocumentTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     file = new R_File();
-    CollectingReporter reporter;
-    bool loaded = file->loadXML(testData("document/report.xml").c_str(), &reporter);
-    EXPECT_TRUE(loaded) << (reporter.lines().empty() ? "" : reporter.lines().back());
+    EXPECT_TRUE(file->loadXML(testData("document/report.xml").c_str(), nullptr));
   }
-  static void TearDownTestSuite() {
-    delete file;
-    file = nullptr;
-  }
+  static void TearDownTestSuite() { delete file; }
 
   // The proband tests/data/document/<name>.xml, for `knowledge` (default:
   // the fixture's file).
@@ -42,14 +37,14 @@ class DocumentTest : public ::testing::Test {
     return loaded;
   }
 
-  // The calls that text `id` makes, written at depth 0 for the proband with
-  // the age today `age`.
-  Lines traceOf(const std::string& id, const std::string& who, double age = 3.0) {
+  // The calls that text `id` makes, written at depth 0 for the proband
+  // `who` aged 3 years today.
+  Lines traceOf(const std::string& id, const std::string& who) {
     int index = file->findText(id.c_str());
     EXPECT_GE(index, 0) << id;
     if (index < 0) return {};
     output.clear();
-    file->getText(index)->write(*file, *proband(who), R_Number(age), output, 0);
+    file->getText(index)->write(*file, *proband(who), R_Number(3.0), output, 0);
     return output.calls();
   }
 

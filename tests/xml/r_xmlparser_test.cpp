@@ -8,6 +8,7 @@
 
 #include "tests/support/test_files.h"
 #include "tests/support/xml_fakes.h"
+#include "xml/r_xmlinputfile.h"
 
 namespace {
 
@@ -106,6 +107,8 @@ TEST(XMLParserTest, EachStructureFaultStopsWithItsMessageAndAStringShowsNoLineNu
       {"end tag after the root closed", {"a"}, "<a>1</a></a>", "0:1 ! wrong structure: a"},
       {"name starting with a digit", {"a"}, "<1a>", "! wrong tag type [<1a>]"},
       {"blank before the name", {"a"}, "< a>", "! wrong tag type [< a>]"},
+      {"a name starts with a letter", {"a"}, "<_a></_a>", "! wrong tag type [<_a>]"},
+      {"an ASCII letter", {"a"}, "<\xC8>", "! wrong tag type [<\xC8>]"},
       {"a tag one byte too long", {"a"}, "<a " + kLongest.substr(2) + "1</a>", "! too long tag"},
       {"a megabyte of tag", {"a"}, "<" + std::string(1 << 20, 'a'), "! too long tag"},
       {"an unterminated tag of the longest length", {"a"}, kUnterminated, "! unfinished tag"},
@@ -216,4 +219,17 @@ TEST(XMLParserTest, AMissingFileHasNoInputDataAndAHugeOneWithoutClosingCharIsNot
     EXPECT_FALSE(recipient.parseFile(parser, file));
     EXPECT_EQ(file == path ? "too long tag" : "no input data", joined(reporter.lines()));
   }
+}
+
+TEST(XMLInputFileTest, ReadsAcrossBlocksCountsLinesAndEndsWithOneByte255) {
+  TempDir dir;
+  std::string bytes = std::string("\xFF\0", 2);
+  for (int i = 2; i < 200000; ++i) bytes += static_cast<char>(i % 7 == 0 ? '\n' : 'a' + i % 26);
+  writeFile(dir.file("long.txt"), bytes);
+  R_XMLInputFile input(dir.file("long.txt").c_str());
+  std::string read;
+  while (input.canRead()) read += static_cast<char>(input.getChar());
+  EXPECT_EQ(bytes + "\xFF", read);
+  EXPECT_EQ(1 + 28571, input.getLine());  // line 1, then a line feed at each of 7, 14, ... 199997
+  EXPECT_FALSE(R_XMLInputFile(dir.file("missing.txt").c_str()).canRead() || R_XMLInputFile("").canRead());
 }
