@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <memory>
 #include <random>
 #include <string>
 
@@ -55,34 +56,29 @@ TEST(FieldTemplateTest, PutGrowsToTheIndexPlusHalfTheBasesizeWithinTheIntRange) 
   EXPECT_EQ(10, field.getSize()) << "resize never shrinks";
 }
 
-TEST(SortedFieldTemplateTest, AddInsertsBeforeTheFirstElementTheItemPrecedesAndGrowsByHalfTheBasesize) {
-  Items items(4);
-  const int keys[] = {3, 1, 2, -1, 4, 0, 2}, positions[] = {0, 0, 1, 3, 4, 0, 3};
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(positions[i], items.add(new Item(keys[i], i))) << "key " << keys[i];
-  // The unknown key preceded nothing when it came, so it went to the end.
-  EXPECT_EQ("0.5 1.1 2.2 2.6 3.0 -1.3 4.4 ", contents(items));
-  EXPECT_EQ(8, items.getSize());  // 4, then 4 + 4 / 2 = 6, then 8
-  EXPECT_EQ(nullptr, items.get(7));
-  EXPECT_EQ(nullptr, items.get(-1));
-}
-
-TEST(SortedFieldTemplateTest, DetachHandsTheElementBackWhileRemoveAndClearDeleteIt) {
+// Detach hands an element back; remove and clear delete it, and so does
+// the container for what it still holds.
+TEST(SortedFieldTemplateTest, AddInsertsBeforeTheFirstElementTheItemPrecedesAndOnlyDetachHandsItBack) {
   Item::alive = 0;
   {
-    Items items(2);
-    for (int k : {1, 2, 3, 4, 5}) items.add(new Item(k));
-    Item* detached = items.detach(1);
+    Items items(4);
+    const int keys[] = {3, 1, 2, -1, 4, 0, 2}, positions[] = {0, 0, 1, 3, 4, 0, 3};
+    for (int i = 0; i < 7; ++i) EXPECT_EQ(positions[i], items.add(new Item(keys[i], i))) << "key " << keys[i];
+    // The unknown key preceded nothing when it came, so it went to the end.
+    EXPECT_EQ("0.5 1.1 2.2 2.6 3.0 -1.3 4.4 ", contents(items));
+    EXPECT_EQ(8, items.getSize());  // 4, then 4 + 4 / 2 = 6, then 8
+    EXPECT_TRUE(items.get(7) == nullptr && items.get(-1) == nullptr);
+    std::unique_ptr<Item> detached(items.detach(1));
     items.remove(0);
-    items.remove(3);
+    items.remove(4);
     items.remove(-1);
-    EXPECT_EQ(4, Item::alive);
-    EXPECT_EQ("3.0 4.0 5.0 ", contents(items));
-    delete detached;
+    EXPECT_EQ("2.2 2.6 3.0 -1.3 ", contents(items));
+    EXPECT_EQ(5, Item::alive);
     items.clear();
-    EXPECT_EQ(0, Item::alive);
+    EXPECT_EQ(1, Item::alive);
     items.add(new Item(9));
   }
-  EXPECT_EQ(0, Item::alive) << "the container deletes what it still holds";
+  EXPECT_EQ(0, Item::alive);
 }
 
 TEST(SortedFieldTemplateTest, AddOrderedFindsTheSamePositionsAsAddOnManyEqualKeys) {
