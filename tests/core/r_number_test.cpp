@@ -121,7 +121,7 @@ TEST(NumberTest, TextFormsFormatClampsTheDecimalsAndFormatToPrecisionRoundsTheNu
   }
 }
 
-TEST(NumberTest, StoredFormsAreTypeFlagDoubleAndTypeInt32AndACutOneFailsTheNextBlock) {
+TEST(NumberTest, StoredFormsAreTypeFlagDoubleAndTypeInt32) {
   expectStoredForm(R_Number(2.5), "03 01 00 00 00 00 00 00 04 40");
   expectStoredForm(kNone, "03 00");
   expectStoredForm(R_Integer(-2), "02 FE FF FF FF");
@@ -129,18 +129,16 @@ TEST(NumberTest, StoredFormsAreTypeFlagDoubleAndTypeInt32AndACutOneFailsTheNextB
   R_Number n;
   EXPECT_TRUE(loadFrom(bytesOf("03 07 00 00 00 00 00 00 F0 3F"), &n));
   EXPECT_TRUE(n.isEqual(1.0)) << "any flag but 0 means defined";
-  EXPECT_FALSE(loadFrom(bytesOf("02 01 00 00 00 00 00 00 F0 3F"), &n));
-  EXPECT_FALSE(n.isDefined()) << "a wrong type byte";
+  EXPECT_FALSE(loadFrom(bytesOf("02 01 00 00 00 00 00 00 F0 3F"), &n) || n.isDefined()) << "a wrong type byte";
   n.set(5.0);
   int next = 0;
   EXPECT_FALSE(loadFrom(bytesOf("03 01"), &n, &next, false));
-  EXPECT_FALSE(n.isDefined());
-  EXPECT_EQ(0x03, next) << "a load after a failure must not read";
+  EXPECT_TRUE(!n.isDefined() && next == 0x03) << "a load after a failure must not read";
+  // A cut number stays undefined; its short read fails the stream, and so the next block.
   forEachTruncation<R_Number>(savedBytes(R_Number(2.5)), [](const R_Number& cut, bool ok, R_InputStream& stream) {
-    EXPECT_FALSE(cut.isDefined());
     R_Integer after;
     after.load(stream, &ok);
-    EXPECT_FALSE(ok);
+    EXPECT_FALSE(ok || cut.isDefined());
   });
 }
 
@@ -265,6 +263,5 @@ TEST(DateTest, StoredFormIsDayMonthAndYearWordAndLoadJudgesTheFields) {
   R_Date date(1, 1, 2000);
   int next = 0;
   EXPECT_FALSE(loadFrom(bytesOf("20 05 03 D1 07"), &date, &next, false));
-  EXPECT_EQ(R_Date(1, 1, 2000), date);
-  EXPECT_EQ(0x20, next) << "a load after a failure must not read";
+  EXPECT_TRUE(date == R_Date(1, 1, 2000) && next == 0x20) << "a load after a failure must not read";
 }

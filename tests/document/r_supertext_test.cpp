@@ -53,7 +53,7 @@ TEST_F(DocumentTest, TheSummaryForABoyWalksEveryElementOnce) {
   EXPECT_EQ(1, std::count(girl.begin(), girl.end(), "writeResult \"161.0 cm\""));  // (175 + 160 - 13) / 2
 }
 
-TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimit) {
+TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimitAndTextsAreFoundByExactIdAndOwnCondition) {
   // loop_a and loop_b insert each other: depths 0 to 5 are written, the
   // insert at depth 6 gives nothing, and the document still closes.
   Lines expected = {"beginDocument"};
@@ -65,18 +65,9 @@ TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimit) {
   EXPECT_EQ(expected, traceOf("loop_a", "boy"));
   EXPECT_EQ(4, file->findText("loop_b"));
   EXPECT_EQ(-1, file->findText("Summary"));
-}
-
-TEST_F(DocumentTest, OnlyIsAvailableAsksTheTextsOwnCondition) {
-  const R_SuperText& visits = *file->getText(file->findText("visits"));
+  const R_SuperText& visits = *file->getText(file->findText("visits"));  // only for boys
   EXPECT_TRUE(visits.isAvailable(*file, *proband("boy"), R_Number(3.0)));
   EXPECT_FALSE(visits.isAvailable(*file, *proband("girl"), R_Number(3.0)));
-  // Inverted table: no visits, no table; the normal one keeps its empty row.
-  EXPECT_EQ(join({{"beginDocument", "beginBlock 5", "getInvertedColumnCount", "endBlock", "beginBlock 5",
-                   "beginTable 1 2 1"},
-                  tableRow(0, {"Visit", "P"}), tableRow(1, {"", ""}),
-                  {"endTable 1", "endBlock", "beginBlock 4", "endBlock", "endDocument"}}),
-            traceOf("visits", "girl"));
 }
 
 TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {

@@ -12,62 +12,47 @@
 
 namespace {
 
-// The stored form of `source` ("" when refused) and the reported lines.
-std::string translate(const std::string& source, Lines* lines = nullptr) {
-  NamedStatistics statistics({"AGE", "HEIGHT"});
-  CollectingReporter reporter;
-  R_TextTranslator translator(source.c_str(), statistics, &reporter);
-  R_String result;
-  translator.getResult(result);
-  EXPECT_EQ(translator.isOK(), reporter.lines().empty()) << source;
-  if (lines) *lines = reporter.lines();
-  return result.get();
-}
-
-TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodes) {
-  const struct { const char* source; const char* stored; } rows[] = {
-      {"plain \t text ", "plain text"},
-      {"<b>x</b> and <i>y</i>", "\\bx\\c and \\iy\\j"},
-      {"<b></b>", "\\b\\c"},  // tags only: an empty paragraph, but one
-      {"C:\\x", "C:/x"},      // a source backslash can't forge a code
-      {"<value var=\"height\" /> cm", "\\Vheight\\ cm"},
-      {"<link target=\"a\\b\"/>", "\\La/b\\"},
-      {"<external   target=\"http://x/\"/>", "\\Ehttp://x/\\"},
-      {"a<!-- note -->b<?x?>c", "abc"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(row.stored, translate(row.source)) << row.source;
-}
-
-TEST(TextTranslatorTest, ReportsEachFaultAndGoesOn) {
+// Each row: the stored form of the source ("" when refused) and the
+// messages; an empty result is one more fault.
+TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn) {
   const std::string p = "error unfinished tag in text processing element <p>";
   const std::string empty = "error no text defined processing element <p>";
-  const std::string begin = "error unknown begin element processing element <", end = "error unknown end element "
-                                                                                       "processing element </";
-  const std::string standalone = "error wrong standalone element processing element <";
-  const std::string huge(8192, 'x');
-  const struct { std::string source; Lines lines; } rows[] = {
-      {"<b>x<i>y</i></b>", {begin + "i>", end + "i>"}},
-      {"<b>x", {p}},
-      {"<b></i>", {"error wrong structure processing element </i>", p}},
-      {"</b>", {"error wrong structure processing element </b>", empty}},
-      {"<u>x</u>", {begin + "u>", end + "u>"}},
-      // An empty result is one more fault.
-      {"<value var=\"WIDTH\" />", {standalone + "value>", empty}},
-      {"<value var=\"HEIGHT\"></value>", {begin + "value>", end + "value>", empty}},
-      {"<link/><external href=\"x\"/><B/>", {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
-      {"<x-y_z.9 a=\"1\"/>", {standalone + "x-y_z.9>", empty}},  // the name ends at the first byte no name holds
-      {"< b>x", {standalone + ">"}},
-      {"<!only a comment>", {empty}},
-      // Cut, like every message of the system, to 255 bytes.
-      {"a<" + huge + "/>", {(standalone + huge).substr(0, 255)}},
+  const std::string begin = "error unknown begin element processing element <";
+  const std::string end = "error unknown end element processing element </";
+  const std::string standalone = "error wrong standalone element processing element <", huge(8192, 'x');
+  const struct { std::string source, stored; Lines lines; } rows[] = {
+      {"plain \t text ", "plain text", {}},
+      {"<b>x</b> and <i>y</i>", "\\bx\\c and \\iy\\j", {}},
+      {"<b></b>", "\\b\\c", {}},  // tags only: an empty paragraph, but one
+      {"C:\\x", "C:/x", {}},      // a source backslash can't forge a code
+      {"<value var=\"height\" /> cm", "\\Vheight\\ cm", {}},
+      {"<link target=\"a\\b\"/>", "\\La/b\\", {}},
+      {"<external   target=\"http://x/\"/>", "\\Ehttp://x/\\", {}},
+      {"a<!-- note -->b<?x?>c", "abc", {}},
+      {"<b>x<i>y</i></b>", "", {begin + "i>", end + "i>"}},
+      {"<b>x", "", {p}},
+      {"<b></i>", "", {"error wrong structure processing element </i>", p}},
+      {"</b>", "", {"error wrong structure processing element </b>", empty}},
+      {"<u>x</u>", "", {begin + "u>", end + "u>"}},
+      {"<value var=\"WIDTH\" />", "", {standalone + "value>", empty}},
+      {"<value var=\"HEIGHT\"></value>", "", {begin + "value>", end + "value>", empty}},
+      {"<link/><external href=\"x\"/><B/>", "", {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
+      {"<x-y_z.9 a=\"1\"/>", "", {standalone + "x-y_z.9>", empty}},  // the name ends at the first byte no name holds
+      {"< b>x", "", {standalone + ">"}},
+      {"<!only a comment>", "", {empty}},
+      {"a<" + huge + "/>", "", {(standalone + huge).substr(0, 255)}},  // cut, as every message, to 255 bytes
   };
+  NamedStatistics statistics({"AGE", "HEIGHT"});
   for (const auto& row : rows) {
     SCOPED_TRACE(row.source.substr(0, 40));
-    Lines lines;
-    EXPECT_EQ("", translate(row.source, &lines));
-    EXPECT_EQ(row.lines, lines);
+    CollectingReporter reporter;
+    R_TextTranslator translator(row.source.c_str(), statistics, &reporter);
+    R_String result;
+    translator.getResult(result);
+    EXPECT_EQ(row.stored, result.get());
+    EXPECT_EQ(row.lines, reporter.lines());
+    EXPECT_EQ(row.lines.empty(), translator.isOK());
   }
-  NamedStatistics statistics({"AGE"});
   std::string tags = "<b>" + std::string(8192, 'a') + "</b><" + std::string(8192, 'v') + " x=\"1\">";
   EXPECT_FALSE(R_TextTranslator(tags.c_str(), statistics, nullptr).isOK()) << "no reporter";
   for (const char* content : {" \n ", "", "<b>x"}) {

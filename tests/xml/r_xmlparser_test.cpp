@@ -74,13 +74,11 @@ TEST(XMLParserTest, WellFormedTextsDeliverTheirEvents) {
        "<a><b>1</b><c/></a>", "2:|3:|0:<b>1</b><c/>"},
       {"a standalone element arrives with empty text", {"a"}, "<a x=\"1\"/>", "0:"},
       {"a path entry does not match a longer path", {"a:b"}, "<a><b><c>1</c></b></a>", "0:<c>1</c>"},
-      {"names are case-sensitive", {"a"}, "<A>1</A>", ""},
       {"skipped tags are not interpreted", {"a"}, "<?xml version='1.0' encoding=\"W\"?><!DOCTYPE a><a>1</a>", "0:1"},
       {"entities stay as they are", {"a"}, "<a>&lt;b&amp;&gt;</a>", "0:&lt;b&amp;&gt;"},
       {"bytes above 127 pass unchanged", {"a"}, "<a>\xC8\xFF</a>", "0:\xC8\xFF"},
       {"names may hold digits, '_', '-' and '.'", {"a1_b-c.d"}, "<a1_b-c.d>1</a1_b-c.d>", "0:1"},
       {"a tag ends at its first '>', also inside quotes", {"a"}, "<a x=\"1>2\"</a>", "0:2\""},
-      {"several roots", {"a"}, "<a>1</a><a>2</a>", "0:1|0:2"},
       // Kept on purpose: the capture ends at the inner end tag, and the outer
       // one delivers the code again with empty text; so does a later end tag
       // of the captured name.

@@ -135,21 +135,14 @@ TEST(XMLTextOutputTest, FileLinesBreakAtTheFirstBlankFromColumn61AndIndentByTheL
   }
 }
 
-TEST(XMLTextOutputTest, ABufferKeepsWhatFitsAndTheBaseWritesFlatToStandardOutputAndAFileThatDoesNotOpenNothing) {
+TEST(XMLTextOutputTest, ABufferKeepsWhatFitsAndAFileThatDoesNotOpenWritesNothing) {
   char buffer[4];
   R_XMLTextOutputBuffer output(buffer, sizeof buffer);
-  EXPECT_STREQ("", buffer);
   output.writeText("abc");
   EXPECT_TRUE(output.isOK());
   output.writeText("d");
   EXPECT_FALSE(output.isOK());
-  EXPECT_STREQ("abc", buffer);
-  EXPECT_EQ(3, output.getCount());
-  testing::internal::CaptureStdout();
-  R_XMLTextOutput standard;
-  element("a", "x")(standard);
-  fflush(stdout);
-  EXPECT_EQ("<a>x</a>", testing::internal::GetCapturedStdout());
+  EXPECT_EQ("abc 3", std::string(buffer) + " " + std::to_string(output.getCount()));
   TempDir dir;
   R_XMLTextOutputFile file(dir.file("missing/out.xml").c_str());
   EXPECT_FALSE(file.isOK() || R_XMLTextOutputFile("").isOK());
