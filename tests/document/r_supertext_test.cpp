@@ -73,6 +73,7 @@ TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimitAndTextsAreFoundByExa
 TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
   const std::string end = "Error while processing text.", p = "<p>x</p>";
   const std::string closing = "data error closing block </", standalone = "data error processing standalone tag <";
+  const std::string table_error = closing + "table>: text block data error";
   const struct { const char* what; std::string xml; Lines messages; } rows[] = {
       {"a good text", "<id>T</id><toc><if>HEIGHT</if><title>A</title></toc><p if=\"NOPE\">x</p><hr/>", {}},
       {"neither id nor element", "<toc/>", {"No text blocks defined.", "Text ID missing.", end}},
@@ -91,11 +92,11 @@ TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
        {"error wrong standalone element processing element <value>", "error no text defined processing element <p>",
         closing + "p>: text block data error", end}},
       {"a table without columns", "<id>T</id><table><select method=\"HEIGHT\"/></table>",
-       {"no table columns defined", closing + "table>: text block data error", end}},
+       {"no table columns defined", table_error, end}},
       {"a wrong column", "<id>T</id><table><column type=\"date\" format=\"%Y\" precision=\"1\"/></table>",
-       {standalone + "column../>: wrong table column definition", closing + "table>: text block data error", end}},
+       {standalone + "column../>: wrong table column definition", table_error, end}},
       {"a wrong selector", "<id>T</id><table><select method=\"NOPE\"/><column type=\"separator\"/></table>",
-       {standalone + "select../>: wrong table row selector", closing + "table>: text block data error", end}},
+       {standalone + "select../>: wrong table row selector", table_error, end}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -128,8 +129,7 @@ TEST(SuperTextTest, TheBinaryFormsArePinnedAndDamagedElementsFailTheLoad) {
                    savedBytes(table), reloaded<R_SuperText>);
   const std::string head = "30 01 00 00 01 00 00 01 01 00 54 06 00 02 01 00 00 00 ";
   const struct { const char* what; std::string hex; } rows[] = {
-      {"an unknown element code", head + "3A 06 00"},
-      {"an element that is not ok", head + "36 06 00 01 00 00"},
+      {"an unknown element code", head + "3A 06 00"}, {"an element that is not ok", head + "36 06 00 01 00 00"},
       {"a table of no columns", head + "35 06 00 02 00 00 00 00 02 00 00 00 00 06 00"},
       {"a negative count", "30 01 00 00 01 00 00 01 01 00 54 06 00 02 FF FF FF FF"},
   };
@@ -156,17 +156,15 @@ TEST(SuperTextTest, TheXMLFormWritesMarkUpEscapedAndNamesAsTheyAre) {
 
 TEST_F(DocumentTest, TheFileKeepsItsTextsThroughBothForms) {
   TempDir dir;
-  ASSERT_TRUE(file->saveXML(dir.file("a.xml").c_str()));
-  ASSERT_TRUE(file->saveBinary(dir.file("a.bin").c_str()));
+  auto path = [&](const char* name) { return dir.file(name); };
   R_File from_binary, from_xml;
-  ASSERT_TRUE(from_binary.loadBinary(dir.file("a.bin").c_str()));
-  ASSERT_TRUE(from_binary.saveBinary(dir.file("b.bin").c_str()));
-  ASSERT_TRUE(from_binary.saveXML(dir.file("b.xml").c_str()));
+  ASSERT_TRUE(file->saveXML(path("a.xml").c_str()) && file->saveBinary(path("a.bin").c_str()));
+  ASSERT_TRUE(from_binary.loadBinary(path("a.bin").c_str()) && from_binary.saveBinary(path("b.bin").c_str()) &&
+              from_binary.saveXML(path("b.xml").c_str()));
   EXPECT_EQ(readFile(dir.file("a.bin")), readFile(dir.file("b.bin")));
   EXPECT_EQ(readFile(dir.file("a.xml")), readFile(dir.file("b.xml")));
   // Read back from XML, paragraphs lose their mark-up but write the same XML.
-  ASSERT_TRUE(from_xml.loadXML(dir.file("a.xml").c_str(), nullptr));
-  ASSERT_TRUE(from_xml.saveXML(dir.file("c.xml").c_str()));
+  ASSERT_TRUE(from_xml.loadXML(path("a.xml").c_str(), nullptr) && from_xml.saveXML(path("c.xml").c_str()));
   EXPECT_EQ(readFile(dir.file("a.xml")), readFile(dir.file("c.xml")));
   // The binary form of the texts writes as the original does.
   output.clear();

@@ -21,25 +21,19 @@ TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn
   const std::string end = "error unknown end element processing element </";
   const std::string standalone = "error wrong standalone element processing element <", huge(8192, 'x');
   const struct { std::string source, stored; Lines lines; } rows[] = {
-      {"plain \t text ", "plain text", {}},
-      {"<b>x</b> and <i>y</i>", "\\bx\\c and \\iy\\j", {}},
+      {"plain \t text ", "plain text", {}}, {"<b>x</b> and <i>y</i>", "\\bx\\c and \\iy\\j", {}},
       {"<b></b>", "\\b\\c", {}},  // tags only: an empty paragraph, but one
       {"C:\\x", "C:/x", {}},      // a source backslash can't forge a code
-      {"<value var=\"height\" /> cm", "\\Vheight\\ cm", {}},
-      {"<link target=\"a\\b\"/>", "\\La/b\\", {}},
+      {"<value var=\"height\" /> cm", "\\Vheight\\ cm", {}}, {"<link target=\"a\\b\"/>", "\\La/b\\", {}},
       {"<external   target=\"http://x/\"/>", "\\Ehttp://x/\\", {}},
-      {"a<!-- note -->b<?x?>c", "abc", {}},
-      {"<b>x<i>y</i></b>", "", {begin + "i>", end + "i>"}},
-      {"<b>x", "", {p}},
+      {"a<!-- note -->b<?x?>c", "abc", {}}, {"<b>x<i>y</i></b>", "", {begin + "i>", end + "i>"}}, {"<b>x", "", {p}},
       {"<b></i>", "", {"error wrong structure processing element </i>", p}},
       {"</b>", "", {"error wrong structure processing element </b>", empty}},
-      {"<u>x</u>", "", {begin + "u>", end + "u>"}},
-      {"<value var=\"WIDTH\" />", "", {standalone + "value>", empty}},
+      {"<u>x</u>", "", {begin + "u>", end + "u>"}}, {"<value var=\"WIDTH\" />", "", {standalone + "value>", empty}},
       {"<value var=\"HEIGHT\"></value>", "", {begin + "value>", end + "value>", empty}},
       {"<link/><external href=\"x\"/><B/>", "", {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
       {"<x-y_z.9 a=\"1\"/>", "", {standalone + "x-y_z.9>", empty}},  // the name ends at the first byte no name holds
-      {"< b>x", "", {standalone + ">"}},
-      {"<!only a comment>", "", {empty}},
+      {"< b>x", "", {standalone + ">"}}, {"<!only a comment>", "", {empty}},
       {"a<" + huge + "/>", "", {(standalone + huge).substr(0, 255)}},  // cut, as every message, to 255 bytes
   };
   NamedStatistics statistics({"AGE", "HEIGHT"});
@@ -87,25 +81,21 @@ TEST_F(DocumentTest, AStoredParagraphWritesWhatItCanAndDropsTheRest) {
 }
 
 TEST(TextTableColumnTest, EachTypeTakesItsOwnAttributes) {
-  const struct { const char* attributes; bool ok; } rows[] = {
-      {"type=\"date\" format=\"%d.%m.\"", true}, {"type=\"date\" format=\"%Y\" precision=\"1\"", false},
-      {"type=\"date\" format=\"%Y\" method=\"NOPE\"", true},  // a method that doesn't parse counts as absent
-      {"type=\"date\" format=\"1234567890123456789012345678901\"", true},
-      {"type=\"date\" format=\"12345678901234567890123456789012\"", false},
-      {"type=\"values\" method=\"HEIGHT\" precision=\"0,5\"", true},
-      {"type=\"values\" method=\"HEIGHT\" precision=\"sd\"", true},
-      {"type=\"values\" method=\"HEIGHT\" precision=\"10\"", false},
-      {"type=\"values\" method=\"HEIGHT\" precision=\"SD\"", false}, {"type=\"values\" precision=\"1\"", false},
-      {"type=\"values\" method=\"HEIGHT\" precision=\"1\" format=\"x\"", false},
+  const std::string date = "type=\"date\" format=\"%Y\" ", values = "type=\"values\" method=\"HEIGHT\" precision=";
+  const struct { std::string attributes; bool ok; } rows[] = {
+      {date, true}, {date + "precision=\"1\"", false}, {date + "method=\"NOPE\"", true},  // NOPE doesn't parse: absent
+      {"type=\"date\" format=\"" + std::string(31, '1') + "\"", true},
+      {"type=\"date\" format=\"" + std::string(32, '1') + "\"", false},
+      {values + "\"0,5\"", true}, {values + "\"sd\"", true}, {values + "\"10\"", false}, {values + "\"SD\"", false},
+      {values + "\"1\" format=\"x\"", false}, {"type=\"values\" precision=\"1\"", false},
       {"type=\"list\" method=\"HEIGHT\" format=\"HEIGHT\"", true}, {"type=\"list\" method=\"HEIGHT\"", false},
-      {"type=\"separator\" method=\"NOPE\" precision=\"99\" format=\"\"", true},
-      {"type=\"Date\" format=\"%Y\"", false},
+      {"type=\"separator\" method=\"NOPE\" precision=\"99\" format=\"\"", true}, {"type=\"Date\" format=\"%Y\"", false},
   };
+  NamedStatistics statistics({"AGE", "HEIGHT"});
   for (const auto& row : rows) {
-    NamedStatistics statistics({"AGE", "HEIGHT"});
     R_SuperText text;
-    std::string xml = std::string("<id>T</id><table><column ") + row.attributes + "/></table>";
-    EXPECT_EQ(row.ok, text.loadXML(xml.c_str(), statistics, nullptr)) << row.attributes;
+    EXPECT_EQ(row.ok, text.loadXML(("<id>T</id><table><column " + row.attributes + "/></table>").c_str(), statistics,
+                                   nullptr)) << row.attributes;
   }
 }
 

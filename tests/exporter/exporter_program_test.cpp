@@ -32,8 +32,7 @@ TEST(ExporterProgramTest, EachRunGivesItsExitCodeWholeOutputAndResultFile) {
   const std::string k_line = "* Successfully opened knowledge file " + k + " in binary mode\n";
   const std::string kept = "old contents";  // a failed run leaves the result file as it was
   const struct { std::string arguments; int code; std::string output, result; } rows[] = {
-      {"", 101, usage + "Currently there are 1\n", kept},
-      {"a b c d", 101, usage + "Currently there are 5\n", kept},
+      {"", 101, usage + "Currently there are 1\n", kept}, {"a b c d", 101, usage + "Currently there are 5\n", kept},
       {missing + " db " + out, 102, "File " + missing + " not found\n", kept},
       {nul + " db " + out, 102, "File " + nul + " not found\n", kept},
       {empty + " db " + out, 102, "Error reading knowledge file " + empty + " as BIN\n", kept},

@@ -26,17 +26,13 @@ TEST(ResultRecordWriterTest, FieldsFoldTextsKeepPunctuationAndWriteNothingWhenEm
   const struct { Write write; std::string written; bool wrote; } rows[] = {
       {text("\x8E\xE1" "ba"), "\"k\":\"Zaba\"", true},
       {text("a b!@#$%^&*()=-/+.,?;"), "\"k\":\"a b!@#$%^&*()=-/+.,?;\"", true},
-      {text("x\"':<>\\[]{}_|~y"), "\"k\":\"xy\"", true},
-      {text("line\nbreak\ttab\r"), "\"k\":\"linebreaktab\"", true},
-      {text("\x80"), "\"k\":\"-\"", true},
-      {text("\""), "\"k\":\"\"", true},
-      {text(""), "", false},
+      {text("x\"':<>\\[]{}_|~y"), "\"k\":\"xy\"", true}, {text("line\nbreak\ttab\r"), "\"k\":\"linebreaktab\"", true},
+      {text("\x80"), "\"k\":\"-\"", true}, {text("\""), "\"k\":\"\"", true}, {text(""), "", false},
       {text(nullptr), "", false},
       {[](FILE* f) { return writeDateField(f, "d", R_Date(5, 3, 2001)); }, "\"d\":\"20010305\"", true},
       {[](FILE* f) { return writeDateField(f, "d", R_Date()); }, "", false},
       {number(123.4567), "\"n\":123.457", true},  // six significant digits
-      {number(1000000), "\"n\":1e+06", true},
-      {number(-0.5), "\"n\":-0.5", true},
+      {number(1000000), "\"n\":1e+06", true}, {number(-0.5), "\"n\":-0.5", true},
       {[](FILE* f) { return writeIntegerField(f, "i", -3), true; }, "\"i\":-3", true},
   };
   for (const auto& row : rows) {

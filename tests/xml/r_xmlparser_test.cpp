@@ -156,8 +156,7 @@ TEST(XMLParserTest, RefusalsAreReportedByEventKindAndTheParseRunsOn) {
 
 TEST(XMLParserTest, AttributesOfOpenElementsCanBeAskedDuringAnEvent) {
   const struct { const char* label; const char* input; const char* events; } rows[] = {
-      {"quoted value", "<a x=\"1\"/>", "0: x=1 y=NULL"},
-      {"bare values, '/' skipped", "<a x=1 y=2/>", "0: x=1 y=2"},
+      {"quoted value", "<a x=\"1\"/>", "0: x=1 y=NULL"}, {"bare values, '/' skipped", "<a x=1 y=2/>", "0: x=1 y=2"},
       {"a single quote is no quote", "<a x='1' y=\"2\"/>", "0: x=NULL y=NULL"},
       {"the last written wins", "<a x=\"1\" x=\"2\"/>", "0: x=2 y=NULL"},
       {"a name without value ends the list", "<a x y=\"2\"/>", "0: x=NULL y=NULL"},
