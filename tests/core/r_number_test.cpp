@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <random>
 #include <string>
 
 #include "core/r_date.h"
@@ -43,19 +44,11 @@ std::string formatG(double value, int precision = -1) {
   return buffer;
 }
 
-// The C library's "%g" or "%.*g": the independent oracle for the texts.
+// The C library's "%.*g" ("%g" is "%.6g"): the independent oracle for the texts.
 std::string libraryG(double value, int precision = -1) {
   char buffer[64];
-  if (precision < 0) snprintf(buffer, sizeof buffer, "%g", value);
-  else snprintf(buffer, sizeof buffer, "%.*g", precision, value);
+  snprintf(buffer, sizeof buffer, "%.*g", precision < 0 ? 6 : precision, value);
   return buffer;
-}
-
-uint64_t nextRandom(uint64_t* state) {
-  uint64_t z = (*state += 0x9E3779B97F4A7C15ULL);
-  z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
-  z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
-  return z ^ (z >> 31);
 }
 
 bool sameAtof(const char* text) {
@@ -159,10 +152,10 @@ TEST(NumberTextTest, FormatGAndAtofAgreeWithTheLibrary) {
                            " 5", "+5", "-+5", "3,5", "9007199254740993", "123456789012345678901234",
                            "0.30000000000000004", "0.0000000000000000000000001", "5e", "00000000000000000000012.5"})
     EXPECT_TRUE(sameAtof(text)) << text;
-  uint64_t state = 42;
+  std::mt19937_64 random(42);
   char text[64];
   for (int i = 0; i < 600000; ++i) {
-    uint64_t r = nextRandom(&state);
+    uint64_t r = random();
     double value = i % 2 ? std::ldexp(static_cast<double>(r >> 11) / 9007199254740992.0, static_cast<int>(r % 120) - 60)
                          : static_cast<double>((r >> 8) % 100000000) / std::pow(10.0, static_cast<double>(r % 9));
     if (r & 1) value = -value;

@@ -68,7 +68,7 @@ class SafeFileTest : public ::testing::Test {
 
 }  // namespace
 
-TEST(StreamTest, MemoryStreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFullBufferCounts) {
+TEST(StreamTest, StreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFullBufferCounts) {
   Bytes bytes = bytesOf("34 12 FE FF FF FF 00 00 00 00 00 00 F0 3F 07 06 0A 0B");
   R_BufferInputStream in(bytes.data(), static_cast<int>(bytes.size()));
   EXPECT_EQ(0x1234, in.readWord());
@@ -88,23 +88,21 @@ TEST(StreamTest, MemoryStreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFull
   EXPECT_EQ(5, out.getCount());
   EXPECT_FALSE(out.isOK());
   EXPECT_EQ("45 23 FF FF AA AA", hexOf(Bytes(buffer, buffer + 6)));
-}
-
-TEST(StreamTest, FileStreamsReadAndWriteEveryByteAndAFileThatDoesNotOpenIsHarmless) {
+  // Files: every byte across the input's blocks, and an output that does not open is harmless.
   TempDir dir;
-  std::string bytes;
-  for (int i = 0; i < 70000; ++i) bytes += static_cast<char>((i * 7) & 0xFF);
-  writeFile(dir.file("data.bin"), bytes);
+  std::string long_file;
+  for (int i = 0; i < 70000; ++i) long_file += static_cast<char>((i * 7) & 0xFF);
+  writeFile(dir.file("data.bin"), long_file);
   R_FileInputStream stream(dir.file("data.bin").c_str());
   std::string read;
   for (int c = stream.readByte(); c >= 0; c = stream.readByte()) read += static_cast<char>(c);
-  EXPECT_EQ(bytes, read);
+  EXPECT_EQ(long_file, read);
   EXPECT_FALSE(stream.isOK());
   EXPECT_FALSE(R_FileInputStream(dir.file("missing.bin").c_str()).isOK());
-  R_FileOutputStream out(dir.file("data.bin").c_str()), nowhere(dir.file("no/such/dir/out.bin").c_str());
-  out.writeWord(0x0A0D);
+  R_FileOutputStream file(dir.file("data.bin").c_str()), nowhere(dir.file("no/such/dir/out.bin").c_str());
+  file.writeWord(0x0A0D);
   nowhere.writeDouble(2.0);
-  EXPECT_TRUE(out.close() && !nowhere.close());
+  EXPECT_TRUE(file.close() && !nowhere.close());
   EXPECT_EQ("\x0D\x0A", readFile(dir.file("data.bin")));
 }
 
@@ -207,7 +205,7 @@ TEST(BinaryObjectTest, AWrongTypeOrChecksumFailsAndANonPositiveLengthEndsTheBloc
   }
 }
 
-TEST(BinaryObjectListTest, SaveFileWritesWhatLoadFileGivesBack) {
+TEST(BinaryObjectListTest, SaveFileWritesWhatLoadFileGivesBackAndADamagedFileFails) {
   TempDir dir;
   writeFile(dir.file("abc"), "abc");
   R_BinaryObjectList list;
@@ -222,10 +220,7 @@ TEST(BinaryObjectListTest, SaveFileWritesWhatLoadFileGivesBack) {
   EXPECT_EQ("a.txt d", std::string(again.getName(0).get()) + " " + again.getDescription().get());
   ASSERT_TRUE(again.saveObject(0, dir.file("a.txt").c_str()));
   EXPECT_EQ("abc", readFile(dir.file("a.txt")));
-}
-
-TEST(BinaryObjectListTest, ACutFileFailsAtEveryLengthAndAWrongTypeMagicOrChecksumFails) {
-  TempDir dir;
+  // A cut file fails at every length, and so does a wrong type, magic or checksum.
   const Bytes bytes = bytesOf(kOneObjectFile);
   for (size_t cut = 0; cut < bytes.size(); ++cut) {
     writeFile(dir.file("cut"), asText(Bytes(bytes.begin(), bytes.begin() + static_cast<long>(cut))));
@@ -239,8 +234,8 @@ TEST(BinaryObjectListTest, ACutFileFailsAtEveryLengthAndAWrongTypeMagicOrChecksu
     Bytes damaged = bytes;
     damaged[row.at] ^= 1;
     writeFile(dir.file("bad"), asText(damaged));
-    R_BinaryObjectList list;
-    EXPECT_FALSE(list.loadFile(dir.file("bad").c_str())) << row.at;
-    EXPECT_EQ(row.objects_read, list.getCount()) << row.at;
+    R_BinaryObjectList damaged_list;
+    EXPECT_FALSE(damaged_list.loadFile(dir.file("bad").c_str())) << row.at;
+    EXPECT_EQ(row.objects_read, damaged_list.getCount()) << row.at;
   }
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <regex>
 #include <string>
 
 #include "core/r_integer.h"
@@ -80,8 +81,9 @@ void document(R_XMLTextOutput& output) {
 
 }  // namespace
 
+// A buffer gets the file's text without its line breaks and indentation.
 TEST(XMLTextOutputTest, AWholeDocumentIsIndentedInAFileAndFlatInABufferAndEscapedButForDoubleQuotes) {
-  EXPECT_EQ(
+  const std::string indented =
       "<?xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"?>\n"
       "<!DOCTYPE quorl>\n"
       "<quorl>\n"
@@ -94,13 +96,9 @@ TEST(XMLTextOutputTest, AWholeDocumentIsIndentedInAFileAndFlatInABufferAndEscape
       "    x &lt; y &amp; z &gt; w-3x&amp;y\n"
       "  </n&lt;te>\n"
       " </var>\n"
-      "</quorl>",
-      writtenToFile(document));
-  EXPECT_EQ(
-      "<?xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"?><!DOCTYPE quorl>"
-      "<quorl><var name=\"A&amp;B\" n=\"7\"><min closed=\"1.5\" open=\"?\">-2.25?1e+20</min>"
-      "<empty q=\"\"1&amp;2\"\" /><n&lt;te>x &lt; y &amp; z &gt; w-3x&amp;y</n&lt;te></var></quorl>",
-      writtenToBuffer(document));
+      "</quorl>";
+  EXPECT_EQ(indented, writtenToFile(document));
+  EXPECT_EQ(std::regex_replace(indented, std::regex("\n *"), ""), writtenToBuffer(document));
 }
 
 TEST(XMLTextOutputTest, FileLinesBreakAtTheFirstBlankFromColumn61AndIndentByTheLevel) {
