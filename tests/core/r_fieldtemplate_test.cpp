@@ -12,9 +12,8 @@
 
 namespace {
 
-// An element ordered by key; a negative key is unknown and compares false
-// both ways, as a visit without age and date does. Counts the live items to
-// tell deleting from handing back.
+// An element ordered by key; a negative key is unknown and compares false both ways, as a visit without age and date
+// does. Counts the live items to tell deleting from handing back.
 struct Item {
   Item(int k, int s = 0) : key(k), serial(s) { ++alive; }
   ~Item() { --alive; }
@@ -56,8 +55,7 @@ TEST(FieldTemplateTest, PutGrowsToTheIndexPlusHalfTheBasesizeWithinTheIntRange) 
   EXPECT_EQ(10, field.getSize()) << "resize never shrinks";
 }
 
-// Detach hands an element back; remove and clear delete it, and so does
-// the container for what it still holds.
+// Detach hands an element back; remove and clear delete it, and so does the container for what it still holds.
 TEST(SortedFieldTemplateTest, AddInsertsBeforeTheFirstElementTheItemPrecedesAndOnlyDetachHandsItBack) {
   Item::alive = 0;
   {

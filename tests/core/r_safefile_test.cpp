@@ -1,6 +1,5 @@
-// The byte streams, over memory and files; R_SafeFile, the one way the
-// system replaces a file; and R_BinaryObject, a file carried inside a
-// stored block, in files of them, R_BinaryObjectList.
+// The byte streams, over memory and files; R_SafeFile, the one way the system replaces a file; and R_BinaryObject, a
+// file carried inside a stored block, in files of them, R_BinaryObjectList.
 #include "core/r_safefile.h"
 
 #include <dirent.h>
@@ -26,8 +25,7 @@ namespace {
 
 // The object "a.txt" holding abc: type, version, name, length, checksum, bytes.
 const char kAbcBlock[] = "99 01 05 00 61 2E 74 78 74 02 03 00 00 00 02 EE 7E 1B 00 61 62 63";
-// A list of that object described as "d": type, magic, count, description,
-// the object, magic.
+// A list of that object described as "d": type, magic, count, description, the object, magic.
 const std::string kOneObjectFile =
     std::string("9A 02 40 30 20 10 02 01 00 00 00 01 01 00 64 ") + kAbcBlock + " 02 40 30 20 10";
 
@@ -42,16 +40,17 @@ std::set<std::string> namesIn(const std::string& dir) {
   return names;
 }
 
-// Steps over the real ones, of which the one named by `failing` fails; a
-// write fails only at its `failing_write`th call, so a failure can land in
-// the middle of a file.
+// Steps over the real ones, of which the one named by `failing` fails; a write fails only at its `failing_write`th
+// call, so a failure can land in the middle of a file.
 enum class Step { none, create, write, sync, close, rename };
 Step failing = Step::none;
 int failing_write = 1, writes = 0;
 const R_SafeFile::Steps& real = R_SafeFile::systemSteps();
 
 int fakeCreate(const char* path) { return failing == Step::create ? (errno = ENOSPC, -1) : real.create(path); }
-long fakeWrite(int fd, const void* d, size_t n) { return failing == Step::write && ++writes == failing_write ? -1 : real.write(fd, d, n); }
+long fakeWrite(int fd, const void* d, size_t n) {
+  return failing == Step::write && ++writes == failing_write ? -1 : real.write(fd, d, n);
+}
 int fakeSync(int fd) { return failing == Step::sync ? -1 : real.sync(fd); }
 int fakeClose(int fd) { return real.close(fd) < 0 || failing == Step::close ? -1 : 0; }
 int fakeRename(const char* from, const char* to) { return failing == Step::rename ? -1 : real.rename(from, to); }
@@ -106,8 +105,8 @@ TEST(StreamTest, StreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFullBuffer
   EXPECT_EQ("\x0D\x0A", readFile(dir.file("data.bin")));
 }
 
-// Blocks that cross the 64 KiB buffer's end, between single bytes, keep
-// their order; the replaced file keeps its permissions.
+// Blocks that cross the 64 KiB buffer's end, between single bytes, keep their order; the replaced file keeps its
+// permissions.
 TEST_F(SafeFileTest, ACommitReplacesTheFileWithTheBytesInOrderAndLeavesNothingElse) {
   ASSERT_EQ(0, chmod(target.c_str(), 0640));
   std::string bytes(170013, '\0');

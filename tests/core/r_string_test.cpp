@@ -1,5 +1,4 @@
-// Texts: r_ascii.h, R_String, R_StringList, R_TextBuffer, and the checksum
-// R_A_CRC16 over bytes.
+// Texts: r_ascii.h, R_String, R_StringList, R_TextBuffer, and the checksum R_A_CRC16 over bytes.
 #include "core/r_string.h"
 
 #include <gtest/gtest.h>
@@ -105,8 +104,8 @@ TEST(StringListTest, SplitsAtControlBytesAndBlanksWithoutEmptyWords) {
   }
 }
 
-// Bytes put one by one and in runs of every length, across many growths,
-// come out in order, NUL and bytes above 127 too; clear keeps the room.
+// Bytes put one by one and in runs of every length, across many growths, come out in order, NUL and bytes above 127
+// too; clear keeps the room.
 TEST(TextBufferTest, KeepsEveryByteInOrderAcrossGrowthAndClearKeepsTheRoom) {
   R_TextBuffer buffer;
   std::string expected;
@@ -125,8 +124,8 @@ TEST(TextBufferTest, KeepsEveryByteInOrderAcrossGrowthAndClearKeepsTheRoom) {
   EXPECT_EQ(room, buffer.data());
 }
 
-// The checksum shifts in each byte and tests bit 10 without a mask, so the
-// two lowest bits of a byte never count: "`ab" sums as "abc".
+// The checksum shifts in each byte and tests bit 10 without a mask, so the two lowest bits of a byte never count:
+// "`ab" sums as "abc".
 TEST(CRC16Test, ChecksumsOfKnownBytes) {
   const struct { std::string bytes; int expected; } rows[] = {
       {"", 0},         {"abc", 0x1B7EEE}, {"abcde", 0x70EF2307}, {"\xFF\xFF", 0x3F3F},

@@ -1,6 +1,5 @@
-// The document suites' fixture: the knowledge file tests/data/document/
-// report.xml with its texts, the probands boy.xml and girl.xml beside it,
-// and traces of texts written for them through a RecordingOutput.
+// The document suites' fixture: the knowledge file tests/data/document/report.xml with its texts, the probands
+// boy.xml and girl.xml beside it, and traces of texts written for them through a RecordingOutput.
 #ifndef TESTS_DOCUMENT_DOCUMENT_FIXTURE_H
 #define TESTS_DOCUMENT_DOCUMENT_FIXTURE_H
 
@@ -29,16 +28,14 @@ class DocumentTest : public ::testing::Test {
   }
   static void TearDownTestSuite() { delete file; }
 
-  // The proband tests/data/document/<name>.xml, for `knowledge` (default:
-  // the fixture's file).
+  // The proband tests/data/document/<name>.xml, for `knowledge` (default: the fixture's file).
   std::unique_ptr<R_Proband> proband(const std::string& name, const R_File* knowledge = nullptr) {
     std::unique_ptr<R_Proband> loaded(new R_Proband(knowledge ? knowledge : file));
     EXPECT_TRUE(loaded->loadXML(readFile(testData("document/" + name + ".xml")).c_str())) << name;
     return loaded;
   }
 
-  // The calls that text `id` makes, written at depth 0 for the proband
-  // `who` aged 3 years today.
+  // The calls that text `id` makes, written at depth 0 for the proband `who` aged 3 years today.
   Lines traceOf(const std::string& id, const std::string& who) {
     int index = file->findText(id.c_str());
     EXPECT_GE(index, 0) << id;
@@ -66,16 +63,16 @@ inline Lines join(std::initializer_list<Lines> parts) {
   return lines;
 }
 
-// The lines of table row `r` in mode `m` with cells of `texts`; a null text
-// is a separator cell.
+// The lines of table row `r` in mode `m` with cells of `texts`; a null text is a separator cell.
 inline Lines tableRow(int r, std::initializer_list<const char*> texts, int m = 1) {
   const std::string at = std::to_string(r) + " ", mode = " " + std::to_string(m);
   Lines lines = {"beginRow " + at + std::to_string(m)};
   int c = 0;
   for (const char* text : texts) {
     std::string rc = at + std::to_string(c++);
+    const std::string cell = "Cell " + rc + mode;
     if (!text) lines.push_back("writeSeparatorCell " + rc + mode);
-    else lines.insert(lines.end(), {"beginCell " + rc + mode, "writeCell " + rc + " \"" + text + "\"", "endCell " + rc + mode});
+    else lines.insert(lines.end(), {"begin" + cell, "writeCell " + rc + " \"" + text + "\"", "end" + cell});
   }
   lines.push_back("endRow " + at + std::to_string(m));
   return lines;

@@ -16,26 +16,23 @@ Lines paragraph(const Lines& inner) {
 TEST_F(DocumentTest, TheSummaryForABoyWalksEveryElementOnce) {
   Lines expected = join({
       {"beginDocument", "beginBlock 1", "writeHeader 0 \"Growth summary\"", "endBlock"},
-      // LAST_HT is the last defined height, TARGET_HT (180 + 166 + 13) / 2;
-      // two heights are no single value.
+      // LAST_HT is the last defined height, TARGET_HT (180 + 166 + 13) / 2; two heights are no single value.
       paragraph(join({chars(0, "Height "), {"setFont 4", "setFont 0"}, chars(1, "now"), {"setFont 3", "setFont 1"},
                       chars(0, ": "), {"writeResult \"90.0 cm\""}, chars(0, "; target "),
                       {"writeResult \"179.5 cm\""}, chars(0, ". All: "), {"writeResult \"?\""}, chars(0, ".")})),
       paragraph(chars(0, "A boy.")),
       paragraph(chars(0, "Shared note.")),  // the insert; the unknown one gives nothing
       {"beginBlock 3", "writeHRule", "endBlock", "beginBlock 6", "writeImage \"logo.png\"", "endBlock"},
-      // Visits 1 and 2 have a height; the third only a weight. Stage by the
-      // age at the visit (2.0 and 2.5 years), the nearest item being 2.
-      // BMI 12 / 0.86^2 = 16.22.
+      // Visits 1 and 2 have a height; the third only a weight. Stage by the age at the visit (2.0 and 2.5 years), the
+      // nearest item being 2. BMI 12 / 0.86^2 = 16.22.
       {"beginBlock 5", "beginTable 2 5 1"},
       tableRow(0, {"Date", "Height", nullptr, "BMI", "Stage"}),
       tableRow(1, {"01.01.2012", "86.0", nullptr, "16.2", "PH2"}),
       tableRow(2, {"01.07.2012", "90.0", nullptr, "", "PH2"}),
       {"endTable 1", "endBlock"},
-      // The graph: measured for its layout, which the default measures of
-      // the recording output (all 100 pixels) leave too narrow, so nothing
-      // is drawn. The height block has no reference in this file; its scale
-      // from the heights 86 and 90 ends at 90.
+      // The graph: measured for its layout, which the default measures of the recording output (all 100 pixels) leave
+      // too narrow, so nothing is drawn. The height block has no reference in this file; its scale from the heights
+      // 86 and 90 ends at 90.
       {"beginBlock 4", "isGraphInSD", "getTextWidth 1 \"90.0\"", "getWidthMetric 1", "getWidthMetric 0",
        "getWidthMetric 2", "getWidthMetric 1", "endBlock"},
       {"beginBlock 2", "writeHeader 1 \"Visits\"", "endBlock"},
@@ -48,8 +45,8 @@ TEST_F(DocumentTest, TheSummaryForABoyWalksEveryElementOnce) {
 }
 
 TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimitAndTextsAreFoundByExactIdAndOwnCondition) {
-  // loop_a and loop_b insert each other: depths 0 to 5 are written, the
-  // insert at depth 6 gives nothing, and the document still closes.
+  // loop_a and loop_b insert each other: depths 0 to 5 are written, the insert at depth 6 gives nothing, and the
+  // document still closes.
   Lines expected = {"beginDocument"};
   for (int depth = 0; depth <= R_SuperText::insertDepthLimit; ++depth) {
     Lines one = paragraph(chars(0, depth % 2 ? "B" : "A"));
@@ -67,7 +64,7 @@ TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimitAndTextsAreFoundByExa
 TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
   const std::string end = "Error while processing text.", p = "<p>x</p>";
   const std::string closing = "data error closing block </", standalone = "data error processing standalone tag <";
-  const std::string table_error = closing + "table>: text block data error";
+  const std::string block_error = "text block data error", table_error = closing + "table>: " + block_error;
   const struct { const char* what; std::string xml; Lines messages; } rows[] = {
       {"a good text", "<id>T</id><toc><if>HEIGHT</if><title>A</title></toc><p if=\"NOPE\">x</p><hr/>", {}},
       {"neither id nor element", "<toc/>", {"No text blocks defined.", "Text ID missing.", end}},
@@ -79,7 +76,7 @@ TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
       {"a bad condition", "<id>T</id><toc><if>NOPE+</if></toc>" + p, {closing + "if>: error loading condition", end}},
       {"a blank heading", "<id>T</id><h2> \n </h2>", {closing + "h2>: text block data error", end}},
       {"an image without source", "<id>T</id><img/>", {standalone + "img../>: text block data error", end}},
-      {"an insert without ref", "<id>T</id><insert ref=\" \"/>", {standalone + "insert../>: text block data error", end}},
+      {"an insert without ref", "<id>T</id><insert ref=\" \"/>", {standalone + "insert../>: " + block_error, end}},
       {"a blank graph", "<id>T</id><graph> </graph>",
        {"no blocks defined", closing + "graph>: text block data error", end}},
       {"a paragraph fault", "<id>T</id><p><value var=\"NOPE\"/></p>",
@@ -138,7 +135,8 @@ TEST(SuperTextTest, TheXMLFormWritesMarkUpEscapedAndNamesAsTheyAre) {
   NamedStatistics statistics({"AGE", "HEIGHT"});
   ASSERT_TRUE(text.loadXML("<id>T</id><toc><meta>m</meta></toc><p>a &amp; <b>b</b> <value var=\"height\"/></p>"
                            "<img if=\"HEIGHT\" src=\"x.png\"/><graph> <caption>C</caption>\n <block var=\"height\" "
-                           "priority=\"5\" analysed=\"sd\"><plot method=\"height\" type=\"secondary\"/></block></graph>",
+                           "priority=\"5\" analysed=\"sd\"><plot method=\"height\" type=\"secondary\"/>"
+                           "</block></graph>",
                            statistics, nullptr));
   EXPECT_EQ("<id>T</id><toc><meta>m</meta></toc>"
             "<p>a &amp; &lt;b&gt;b&lt;/b&gt; &lt;value var=\"height\" /&gt;</p>"

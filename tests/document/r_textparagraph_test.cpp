@@ -12,8 +12,7 @@
 
 namespace {
 
-// Each row: the stored form of the source ("" when refused) and the
-// messages; an empty result is one more fault.
+// Each row: the stored form of the source ("" when refused) and the messages; an empty result is one more fault.
 TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn) {
   const std::string p = "error unfinished tag in text processing element <p>";
   const std::string empty = "error no text defined processing element <p>";
@@ -31,7 +30,8 @@ TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn
       {"</b>", "", {"error wrong structure processing element </b>", empty}},
       {"<u>x</u>", "", {begin + "u>", end + "u>"}}, {"<value var=\"WIDTH\" />", "", {standalone + "value>", empty}},
       {"<value var=\"HEIGHT\"></value>", "", {begin + "value>", end + "value>", empty}},
-      {"<link/><external href=\"x\"/><B/>", "", {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
+      {"<link/><external href=\"x\"/><B/>", "",
+       {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
       {"<x-y_z.9 a=\"1\"/>", "", {standalone + "x-y_z.9>", empty}},  // the name ends at the first byte no name holds
       {"< b>x", "", {standalone + ">"}}, {"<!only a comment>", "", {empty}},
       {"a<" + huge + "/>", "", {(standalone + huge).substr(0, 255)}},  // cut, as every message, to 255 bytes
@@ -56,8 +56,8 @@ TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn
   }
 }
 
-// Stored forms that only the binary form can carry: unknown pairs are
-// dropped, an unknown variable and a code at the very end write nothing.
+// Stored forms that only the binary form can carry: unknown pairs are dropped, an unknown variable and a code at the
+// very end write nothing.
 TEST_F(DocumentTest, AStoredParagraphWritesWhatItCanAndDropsTheRest) {
   const struct { const char* stored; Lines trace; } rows[] = {
       {"a\\zb\\Vnope\\c\\", join({{"beginParagraph", "setFont 1"}, chars(0, "abc"), {"setFont 4", "endParagraph"}})},
@@ -99,9 +99,8 @@ TEST(TextTableColumnTest, EachTypeTakesItsOwnAttributes) {
   }
 }
 
-// The rows, cell texts and table ends of a table of one values column over
-// the boy's three visits (heights 86, 90 and none), written with the given
-// selector and mode and an output that offers groups of `group` visits.
+// The rows, cell texts and table ends of a table of one values column over the boy's three visits (heights 86, 90 and
+// none), written with the given selector and mode and an output that offers groups of `group` visits.
 TEST_F(DocumentTest, TheSelectorChoosesTheRowsAndAnInvertedTableShowsEveryVisitInGroups) {
   auto boy = proband("boy");
   const struct { const char* attributes; int group; Lines cells; } rows[] = {

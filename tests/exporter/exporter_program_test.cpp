@@ -1,5 +1,5 @@
-// Runs the built exporter program and compares its whole standard output,
-// exit code and result file; and the reporter that collects its messages.
+// Runs the built exporter program and compares its whole standard output, exit code and result file; and the reporter
+// that collects its messages.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -20,9 +20,8 @@ std::string joined(const std::vector<std::string>& lines) {
   return text;
 }
 
-// A parse as one text: the events joined by '|', then after a failure "! "
-// and the messages joined by '|'. Parses `input` as a text, or as the bytes
-// of a file when `as_file`.
+// A parse as one text: the events joined by '|', then after a failure "! " and the messages joined by '|'. Parses
+// `input` as a text, or as the bytes of a file when `as_file`.
 std::string parse(RecordingRecipient& recipient, const std::string& input, bool as_file = false) {
   CollectingReporter reporter;
   R_XMLParser parser(R_XMLParser::captureSize, &reporter);
@@ -79,9 +78,8 @@ TEST(XMLParserTest, WellFormedTextsDeliverTheirEvents) {
       {"bytes above 127 pass unchanged", {"a"}, "<a>\xC8\xFF</a>", "0:\xC8\xFF"},
       {"names may hold digits, '_', '-' and '.'", {"a1_b-c.d"}, "<a1_b-c.d>1</a1_b-c.d>", "0:1"},
       {"a tag ends at its first '>', also inside quotes", {"a"}, "<a x=\"1>2\"</a>", "0:2\""},
-      // Kept on purpose: the capture ends at the inner end tag, and the outer
-      // one delivers the code again with empty text; so does a later end tag
-      // of the captured name.
+      // Kept on purpose: the capture ends at the inner end tag, and the outer one delivers the code again with empty
+      // text; so does a later end tag of the captured name.
       {"a nested element of the captured name ends the capture", {"a"}, "<a><a>x</a>y</a>", "0:<a>x|0:"},
       {"a later end tag of the captured name", {"r:a"}, "<r><a>1</a><x><a>2</a></x></r>", "0:1|0:"},
       {"a tag of exactly the longest length", {"a"}, kLongest + "1</a>", "0:1"},
@@ -128,8 +126,7 @@ TEST(XMLParserTest, FileMessagesNameTheLineFromLineTwoOn) {
       {"closing char", {"a"}, "\n\n>", "! (3) unexpected closing char"},
       {"the cut counts the line number", {"a"}, "\n\n\n" + cut_tag,
        "! " + ("(4) wrong tag type [" + cut_tag + "]").substr(0, 255)},
-      // The byte 255 that a file reads past its end makes this tag one byte
-      // longer than in a text.
+      // The byte 255 that a file reads past its end makes this tag one byte longer than in a text.
       {"the end of a file is one byte more", {"a"}, kUnterminated, "! too long tag"},
       {"a NUL byte is no tag character", {"a"}, "<a\0>"s, "! wrong tag type [<a]"},
       {"a NUL byte overflows a capture", {"a"}, "<a>x\0y</a>"s, "0:"},
@@ -179,8 +176,8 @@ TEST(XMLParserTest, InnerAttributesWinAndElementLookupsTakeTheNamedLevel) {
   recipient.askFor("x", "o");
   recipient.askFor("x", "i");
   recipient.askFor("x", "z");
-  // The second <i> has no x of its own; the nested <o> is named like the
-  // root, and the lookup by element takes the root's level.
+  // The second <i> has no x of its own; the nested <o> is named like the root, and the lookup by element takes the
+  // root's level.
   EXPECT_EQ("0: x=2 o/x=1 i/x=2 z/x=NULL|1: x=3 o/x=1 i/x=NULL z/x=NULL|0:<o x=\"3\"/> x=1 o/x=1 i/x=NULL z/x=NULL",
             parse(recipient, "<o x=\"1\"><i x=\"2\"></i><i><o x=\"3\"/></i></o>"));
 }

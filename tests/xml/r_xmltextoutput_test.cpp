@@ -47,8 +47,7 @@ Writing element(const char* name, const std::string& text) {
   };
 }
 
-// A small document with header, nesting, attributes, an empty element,
-// values and text and names that need escaping.
+// A small document with header, nesting, attributes, an empty element, values and text and names that need escaping.
 void document(R_XMLTextOutput& output) {
   output.writeDirective('?', "xml version='1.0' encoding=\"Windows-1250\" standalone=\"no\"");
   output.writeDirective('!', "DOCTYPE quorl");
