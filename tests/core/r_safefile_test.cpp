@@ -84,8 +84,7 @@ TEST(StreamTest, StreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFullBuffer
   out.writeWord(-1);
   EXPECT_TRUE(out.isOK());
   out.put(5);
-  EXPECT_EQ(5, out.getCount());
-  EXPECT_FALSE(out.isOK());
+  EXPECT_TRUE(out.getCount() == 5 && !out.isOK());
   EXPECT_EQ("45 23 FF FF AA AA", hexOf(Bytes(buffer, buffer + 6)));
   // Files: every byte across the input's blocks, and an output that does not open is harmless.
   TempDir dir;
@@ -96,8 +95,7 @@ TEST(StreamTest, StreamsAreLittleEndianAShortReadGivesZeroAndFailsAndAFullBuffer
   std::string read;
   for (int c = stream.readByte(); c >= 0; c = stream.readByte()) read += static_cast<char>(c);
   EXPECT_EQ(long_file, read);
-  EXPECT_FALSE(stream.isOK());
-  EXPECT_FALSE(R_FileInputStream(dir.file("missing.bin").c_str()).isOK());
+  EXPECT_FALSE(stream.isOK() || R_FileInputStream(dir.file("missing.bin").c_str()).isOK());
   R_FileOutputStream file(dir.file("data.bin").c_str()), nowhere(dir.file("no/such/dir/out.bin").c_str());
   file.writeWord(0x0A0D);
   nowhere.writeDouble(2.0);
@@ -177,8 +175,7 @@ TEST(BinaryObjectTest, LoadFileTakesTheWholeFileWithItsChecksumAndSavesAsABlock)
   EXPECT_EQ(kAbcBlock, hexOf(savedBytes(object)));
   EXPECT_EQ(bytesOf(kAbcBlock), reloadAndSave<R_BinaryObject>(bytesOf(kAbcBlock)));
   expectEveryCutFails<R_BinaryObject>(kAbcBlock, [](const R_BinaryObject& o) { return o.isEmpty(); });
-  ASSERT_TRUE(object.loadFile(dir.file("big").c_str(), "big.bmp"));
-  ASSERT_TRUE(object.saveFile(dir.file("out").c_str()));
+  ASSERT_TRUE(object.loadFile(dir.file("big").c_str(), "big.bmp") && object.saveFile(dir.file("out").c_str()));
   EXPECT_EQ(big, readFile(dir.file("out")));
   EXPECT_FALSE(object.saveFile(dir.file("no/such/dir").c_str()));
 }
@@ -199,8 +196,7 @@ TEST(BinaryObjectTest, AWrongTypeOrChecksumFailsAndANonPositiveLengthEndsTheBloc
     int next = 0;
     Bytes bytes = bytesOf(std::string("99 01 00 00 02 ") + row.length + " 02 00 00 00 00 55");
     EXPECT_EQ(row.ok, loadFrom(bytes, &fresh, &next));
-    EXPECT_TRUE(fresh.isEmpty());
-    EXPECT_EQ(row.next, next);
+    EXPECT_TRUE(fresh.isEmpty() && row.next == next);
   }
 }
 
@@ -209,9 +205,8 @@ TEST(BinaryObjectListTest, SaveFileWritesWhatLoadFileGivesBackAndADamagedFileFai
   writeFile(dir.file("abc"), "abc");
   R_BinaryObjectList list;
   list.setDescription("d");
-  ASSERT_TRUE(list.add(dir.file("abc").c_str(), "a.txt"));
   EXPECT_FALSE(list.add(dir.file("missing").c_str(), "b.txt"));
-  ASSERT_TRUE(list.saveFile(dir.file("list").c_str()));
+  ASSERT_TRUE(list.add(dir.file("abc").c_str(), "a.txt") && list.saveFile(dir.file("list").c_str()));
   EXPECT_EQ(asText(bytesOf(kOneObjectFile)), readFile(dir.file("list")));
   R_BinaryObjectList again;
   ASSERT_TRUE(again.loadFile(dir.file("list").c_str()));
