@@ -258,7 +258,7 @@ TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn
       {"<value var=\"HEIGHT\"></value>", "", {begin + "value>", end + "value>", empty}},
       {"<link/><external href=\"x\"/><B/>", "",
        {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
-      {"<x-y_z.9 a=\"1\"/>", "", {standalone + "x-y_z.9>", empty}},  // the name ends at the first byte no name holds
+      {"<_x-y.9 z>", "", {standalone + "_x-y.9>", empty}},  // no name starts with '_'; the bytes a name holds stand
       {"< b>x", "", {standalone + ">"}}, {"<!only a comment>", "", {empty}},
       {"a<" + huge + "/>", "", {(standalone + huge).substr(0, 255)}},  // cut, as every message, to 255 bytes
   };

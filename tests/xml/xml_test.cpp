@@ -15,6 +15,7 @@
 #include "tests/support/test_files.h"
 #include "tests/support/xml_fakes.h"
 #include "xml/r_xmlinputfile.h"
+#include "xml/r_xmlparameters.h"
 #include "xml/r_xmltextoutputbuffer.h"
 #include "xml/r_xmltextoutputfile.h"
 
@@ -251,6 +252,16 @@ TEST(XMLParserTest, InnerAttributesWinAndElementLookupsTakeTheNamedLevel) {
   // root's level.
   EXPECT_EQ("0: x=2 o/x=1 i/x=2 z/x=NULL|1: x=3 o/x=1 i/x=NULL z/x=NULL|0:<o x=\"3\"/> x=1 o/x=1 i/x=NULL z/x=NULL",
             parse(recipient, "<o x=\"1\"><i x=\"2\"></i><i><o x=\"3\"/></i></o>"));
+}
+
+TEST(XMLParametersTest, ValueLookupsByElementTakeTheNamedLevelFromTheRootOn) {
+  R_XMLParameters parameters;
+  char element[64];
+  parameters.beginElement("<o x=\"1\" y=\"a\">", element);
+  parameters.beginElement("<i x=\"2\">", element);
+  EXPECT_TRUE(parameters.isParameterValueInElement("y", "o", "a") && parameters.isParameterValue("x", "1"));
+  EXPECT_FALSE(parameters.isParameterValueInElement("x", "i", "1") ||
+               parameters.isParameterValueInElement("x", "z", "2"));
 }
 
 TEST(XMLParserTest, ASummaryAfterAParseCarriesTheLastLineAndTheParserCanBeUsedAgain) {
