@@ -70,8 +70,7 @@ TEST(NumberTest, ParseReadsTheNumberAtTheStartAndSetFromTextNormalisesWhitespace
       {" +5", true, "refused"},  {nullptr, true, "refused"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.text ? row.text : "null");
-    EXPECT_EQ(row.expected, read(row.text, row.normalise));
+    EXPECT_EQ(row.expected, read(row.text, row.normalise)) << (row.text ? row.text : "null");
   }
   R_Number n;
   EXPECT_FALSE(n.isEqual(0.0) || n.getBoolOrFalse()) << "undefined is no zero";
@@ -229,10 +228,9 @@ TEST(DateTest, DayNumbersAndAgesInYearsOf365QuarterDaysToThreeDecimals) {
       {R_Date(), R_Date(1, 1, 2000), kNone},             {R_Date(1, 1, 2000), R_Date(), kNone},
   };
   for (const auto& row : ages) {
-    SCOPED_TRACE(row.age);
     R_Number age(5.0);
     row.to.getAgeFrom(age, row.from);
-    EXPECT_EQ(row.age, age.isDefined() ? age.getValue() : kNone);
+    EXPECT_EQ(row.age, age.isDefined() ? age.getValue() : kNone) << row.age;
   }
 }
 

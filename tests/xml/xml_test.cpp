@@ -42,18 +42,12 @@ std::string parse(RecordingRecipient& recipient, const std::string& input, bool 
   return events + (events.empty() ? "" : " ") + (ok ? "? " : "! ") + joined(reporter.lines());
 }
 
-struct Row {
-  const char* label;
-  std::vector<std::string> tags;
-  std::string input;
-  std::string outcome;
-};
+struct Row { const char* label; std::vector<std::string> tags; std::string input, outcome; };
 
 void runRows(const std::vector<Row>& rows, bool as_file) {
   for (const Row& row : rows) {
-    SCOPED_TRACE(row.label);
     RecordingRecipient recipient(row.tags);
-    EXPECT_EQ(row.outcome, parse(recipient, row.input, as_file));
+    EXPECT_EQ(row.outcome, parse(recipient, row.input, as_file)) << row.label;
   }
 }
 
@@ -63,7 +57,7 @@ const std::string kUnterminated = "<" + std::string(R_XMLParser::longestTag - 1,
 
 std::string nested(int depth, const std::string& tag) {
   std::string text;
-  for (int i = 0; i < depth; ++i) text += tag;
+  while (depth-- > 0) text += tag;
   return text;
 }
 
@@ -75,7 +69,6 @@ std::string writtenToFile(const Writing& write) {
   TempDir dir;
   {
     R_XMLTextOutputFile output(dir.file("out.xml").c_str());
-    EXPECT_TRUE(output.isOK());
     write(output);
     EXPECT_TRUE(output.isOK());
   }
@@ -86,8 +79,7 @@ std::string writtenToBuffer(const Writing& write) {
   char buffer[1024];
   R_XMLTextOutputBuffer output(buffer, sizeof buffer);
   write(output);
-  EXPECT_TRUE(output.isOK());
-  EXPECT_EQ(strlen(buffer), static_cast<size_t>(output.getCount()));
+  EXPECT_TRUE(output.isOK() && strlen(buffer) == static_cast<size_t>(output.getCount()));
   return buffer;
 }
 
@@ -216,10 +208,9 @@ TEST(XMLParserTest, RefusalsAreReportedByEventKindAndTheParseRunsOn) {
       {{"r:a"}, nullptr, true, "<r>\n<a>\n1\n</a>\n</r>\n", "0:\n1\n ! (4) data error closing block </a>: no"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.input);
     RecordingRecipient recipient(row.tags);
     recipient.refuse(-1, "no", row.text);
-    EXPECT_EQ(row.outcome, parse(recipient, row.input, row.file));
+    EXPECT_EQ(row.outcome, parse(recipient, row.input, row.file)) << row.input;
   }
 }
 
@@ -234,11 +225,10 @@ TEST(XMLParserTest, AttributesOfOpenElementsCanBeAskedDuringAnEvent) {
       {"attributes leave with their element", "<a x=\"1\"/><b/>", "0: x=1 y=NULL|1: x=NULL y=NULL"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
     RecordingRecipient recipient({"a", "b"});
     recipient.askFor("x");
     recipient.askFor("y");
-    EXPECT_EQ(row.events, parse(recipient, row.input));
+    EXPECT_EQ(row.events, parse(recipient, row.input)) << row.label;
   }
 }
 
