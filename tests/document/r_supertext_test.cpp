@@ -1,14 +1,88 @@
+// The document suite: texts, paragraphs and their mark-up, and tables. Its fixture: the knowledge file
+// tests/data/document/report.xml with its texts, the probands boy.xml and girl.xml beside it, and traces of texts
+// written for them through a RecordingOutput.
 #include "document/r_supertext.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/r_number.h"
 #include "document/r_text.h"
-#include "tests/document/document_fixture.h"
+#include "document/r_textparagraph.h"
+#include "document/r_texttable.h"
+#include "document/r_texttranslator.h"
+#include "knowledge/r_file.h"
+#include "proband/r_proband.h"
 #include "tests/knowledge/knowledge_test_support.h"
+#include "tests/support/recording_output.h"
+#include "tests/support/test_files.h"
+#include "tests/support/xml_fakes.h"
 
 namespace {
 
 typedef std::vector<std::string> Lines;
+
+class DocumentTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    file = new R_File();
+    EXPECT_TRUE(file->loadXML(testData("document/report.xml").c_str(), nullptr));
+  }
+  static void TearDownTestSuite() { delete file; }
+
+  // The proband tests/data/document/<name>.xml, for `knowledge` (default: the fixture's file).
+  std::unique_ptr<R_Proband> proband(const std::string& name, const R_File* knowledge = nullptr) {
+    std::unique_ptr<R_Proband> loaded(new R_Proband(knowledge ? knowledge : file));
+    EXPECT_TRUE(loaded->loadXML(readFile(testData("document/" + name + ".xml")).c_str())) << name;
+    return loaded;
+  }
+
+  // The calls that text `id` makes, written at depth 0 for the proband `who` aged 3 years today.
+  Lines traceOf(const std::string& id, const std::string& who) {
+    int index = file->findText(id.c_str());
+    EXPECT_GE(index, 0) << id;
+    if (index < 0) return {};
+    output.clear();
+    file->getText(index)->write(*file, *proband(who), R_Number(3.0), output, 0);
+    return output.calls();
+  }
+
+  static inline R_File* file = nullptr;
+  RecordingOutput output;
+};
+
+// The writeChar lines of `text` in font state `state`.
+inline Lines chars(int state, const std::string& text) {
+  Lines lines;
+  for (char c : text) lines.push_back("writeChar " + std::to_string(state) + " '" + c + "'");
+  return lines;
+}
+
+// The lines of all the parts, in order.
+inline Lines join(std::initializer_list<Lines> parts) {
+  Lines lines;
+  for (const auto& part : parts) lines.insert(lines.end(), part.begin(), part.end());
+  return lines;
+}
+
+// The lines of table row `r` in mode `m` with cells of `texts`; a null text is a separator cell.
+inline Lines tableRow(int r, std::initializer_list<const char*> texts, int m = 1) {
+  const std::string at = std::to_string(r) + " ", mode = " " + std::to_string(m);
+  Lines lines = {"beginRow " + at + std::to_string(m)};
+  int c = 0;
+  for (const char* text : texts) {
+    std::string rc = at + std::to_string(c++);
+    const std::string cell = "Cell " + rc + mode;
+    if (!text) lines.push_back("writeSeparatorCell " + rc + mode);
+    else lines.insert(lines.end(), {"begin" + cell, "writeCell " + rc + " \"" + text + "\"", "end" + cell});
+  }
+  lines.push_back("endRow " + at + std::to_string(m));
+  return lines;
+}
 
 // Lines of a paragraph around its inner lines: plain font on and off.
 Lines paragraph(const Lines& inner) {
@@ -18,39 +92,23 @@ Lines paragraph(const Lines& inner) {
 TEST_F(DocumentTest, TheSummaryForABoyWalksEveryElementOnce) {
   Lines expected = join({
       {"beginDocument", "beginBlock 1", "writeHeader 0 \"Growth summary\"", "endBlock"},
-      // LAST_HT is the last defined height, TARGET_HT (180 + 166 + 13) / 2;
-      // two heights are no single value.
+      // LAST_HT is the last defined height, TARGET_HT (180 + 166 + 13) / 2; two heights are no single value.
       paragraph(join({chars(0, "Height "), {"setFont 4", "setFont 0"}, chars(1, "now"), {"setFont 3", "setFont 1"},
                       chars(0, ": "), {"writeResult \"90.0 cm\""}, chars(0, "; target "),
                       {"writeResult \"179.5 cm\""}, chars(0, ". All: "), {"writeResult \"?\""}, chars(0, ".")})),
       paragraph(chars(0, "A boy.")),
       paragraph(chars(0, "Shared note.")),  // the insert; the unknown one gives nothing
       {"beginBlock 3", "writeHRule", "endBlock", "beginBlock 6", "writeImage \"logo.png\"", "endBlock"},
-      // Visits 1 and 2 have a height; the third only a weight. Stage by the
-      // age at the visit (2.0 and 2.5 years), the nearest item being 2.
-      {"beginBlock 5", "beginTable 2 5 1", "beginRow 0 1",
-       "beginCell 0 0 1", "writeCell 0 0 \"Date\"", "endCell 0 0 1",
-       "beginCell 0 1 1", "writeCell 0 1 \"Height\"", "endCell 0 1 1",
-       "writeSeparatorCell 0 2 1",
-       "beginCell 0 3 1", "writeCell 0 3 \"BMI\"", "endCell 0 3 1",
-       "beginCell 0 4 1", "writeCell 0 4 \"Stage\"", "endCell 0 4 1", "endRow 0 1",
-       "beginRow 1 1",
-       "beginCell 1 0 1", "writeCell 1 0 \"01.01.2012\"", "endCell 1 0 1",
-       "beginCell 1 1 1", "writeCell 1 1 \"86.0\"", "endCell 1 1 1",
-       "writeSeparatorCell 1 2 1",
-       "beginCell 1 3 1", "writeCell 1 3 \"16.2\"", "endCell 1 3 1",  // 12 / 0.86^2 = 16.22
-       "beginCell 1 4 1", "writeCell 1 4 \"PH2\"", "endCell 1 4 1", "endRow 1 1",
-       "beginRow 2 1",
-       "beginCell 2 0 1", "writeCell 2 0 \"01.07.2012\"", "endCell 2 0 1",
-       "beginCell 2 1 1", "writeCell 2 1 \"90.0\"", "endCell 2 1 1",
-       "writeSeparatorCell 2 2 1",
-       "beginCell 2 3 1", "writeCell 2 3 \"\"", "endCell 2 3 1",
-       "beginCell 2 4 1", "writeCell 2 4 \"PH2\"", "endCell 2 4 1", "endRow 2 1",
-       "endTable 1", "endBlock"},
-      // The graph: measured for its layout, which the default measures of
-      // the recording output (all 100 pixels) leave too narrow, so nothing
-      // is drawn. The height block has no reference in this file; its scale
-      // from the heights 86 and 90 ends at 90.
+      // Visits 1 and 2 have a height; the third only a weight. Stage by the age at the visit (2.0 and 2.5 years), the
+      // nearest item being 2. BMI 12 / 0.86^2 = 16.22.
+      {"beginBlock 5", "beginTable 2 5 1"},
+      tableRow(0, {"Date", "Height", nullptr, "BMI", "Stage"}),
+      tableRow(1, {"01.01.2012", "86.0", nullptr, "16.2", "PH2"}),
+      tableRow(2, {"01.07.2012", "90.0", nullptr, "", "PH2"}),
+      {"endTable 1", "endBlock"},
+      // The graph: measured for its layout, which the default measures of the recording output (all 100 pixels) leave
+      // too narrow, so nothing is drawn. The height block has no reference in this file; its scale from the heights
+      // 86 and 90 ends at 90.
       {"beginBlock 4", "isGraphInSD", "getTextWidth 1 \"90.0\"", "getWidthMetric 1", "getWidthMetric 0",
        "getWidthMetric 2", "getWidthMetric 1", "endBlock"},
       {"beginBlock 2", "writeHeader 1 \"Visits\"", "endBlock"},
@@ -62,18 +120,9 @@ TEST_F(DocumentTest, TheSummaryForABoyWalksEveryElementOnce) {
   EXPECT_EQ(expected, traceOf("summary", "boy"));
 }
 
-TEST_F(DocumentTest, ElementConditionsFollowTheProband) {
-  Lines girl = traceOf("summary", "girl");
-  Lines girl_line = chars(0, "A girl.");
-  EXPECT_NE(girl.end(), std::search(girl.begin(), girl.end(), girl_line.begin(), girl_line.end()));
-  EXPECT_EQ(0, std::count(girl.begin(), girl.end(), "writeChar 0 'y'"));  // no "A boy."
-  EXPECT_EQ(0, std::count(girl.begin(), girl.end(), "writeHRule"));
-  EXPECT_EQ(1, std::count(girl.begin(), girl.end(), "writeResult \"161.0 cm\""));  // (175 + 160 - 13) / 2
-}
-
-TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimit) {
-  // loop_a and loop_b insert each other: depths 0 to 5 are written, the
-  // insert at depth 6 gives nothing, and the document still closes.
+TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimitAndTextsAreFoundByExactIdAndOwnCondition) {
+  // loop_a and loop_b insert each other: depths 0 to 5 are written, the insert at depth 6 gives nothing, and the
+  // document still closes.
   Lines expected = {"beginDocument"};
   for (int depth = 0; depth <= R_SuperText::insertDepthLimit; ++depth) {
     Lines one = paragraph(chars(0, depth % 2 ? "B" : "A"));
@@ -81,135 +130,61 @@ TEST_F(DocumentTest, InsertsThatCycleStopBelowTheDepthLimit) {
   }
   expected.push_back("endDocument");
   EXPECT_EQ(expected, traceOf("loop_a", "boy"));
-}
-
-TEST_F(DocumentTest, OnlyIsAvailableAsksTheTextsOwnCondition) {
-  const R_SuperText& visits = *file->getText(file->findText("visits"));
-  R_Number age(3.0);
-  EXPECT_TRUE(visits.isAvailable(*file, *proband("boy"), age));
-  EXPECT_FALSE(visits.isAvailable(*file, *proband("girl"), age));
-  // Inverted table: no visits, no table; the normal one keeps its empty row.
-  Lines expected = {"beginDocument", "beginBlock 5", "getInvertedColumnCount", "endBlock", "beginBlock 5",
-                    "beginTable 1 2 1", "beginRow 0 1",
-                    "beginCell 0 0 1", "writeCell 0 0 \"Visit\"", "endCell 0 0 1",
-                    "beginCell 0 1 1", "writeCell 0 1 \"P\"", "endCell 0 1 1", "endRow 0 1",
-                    "beginRow 1 1",
-                    "beginCell 1 0 1", "writeCell 1 0 \"\"", "endCell 1 0 1",
-                    "beginCell 1 1 1", "writeCell 1 1 \"\"", "endCell 1 1 1", "endRow 1 1",
-                    "endTable 1", "endBlock", "beginBlock 4", "endBlock", "endDocument"};
-  EXPECT_EQ(expected, traceOf("visits", "girl"));
-}
-
-TEST_F(DocumentTest, FindTextAnswersTheExactIdOnly) {
-  EXPECT_EQ(5, file->getTextCount());
-  EXPECT_EQ(0, file->findText("summary"));
-  EXPECT_EQ(4, file->findText("loop_b"));
-  EXPECT_EQ(-1, file->findText("Summary"));
-  EXPECT_EQ("", std::string(file->getText(1)->getTitle().get()));  // a working text
-  EXPECT_EQ("For the parents", std::string(file->getText(0)->getMeta().get()));
-}
-
-// The messages of one text's XML load, innermost first.
-Lines loadMessages(const std::string& xml) {
-  NamedStatistics statistics({"AGE", "HEIGHT"});
-  CollectingReporter reporter;
-  R_SuperText text;
-  bool ok = text.loadXML(xml.c_str(), statistics, &reporter);
-  EXPECT_EQ(ok, reporter.lines().empty());
-  return reporter.lines();
+  EXPECT_TRUE(file->findText("loop_b") == 4 && file->findText("Summary") == -1);
+  const R_SuperText& visits = *file->getText(file->findText("visits"));  // only for boys
+  EXPECT_TRUE(visits.isAvailable(*file, *proband("boy"), R_Number(3.0)));
+  EXPECT_FALSE(visits.isAvailable(*file, *proband("girl"), R_Number(3.0)));
 }
 
 TEST(SuperTextTest, ARefusedLoadEndsWithErrorWhileProcessingText) {
-  const std::string end = "Error while processing text.";
-  const std::string p = "<p>x</p>";
-  const struct {
-    const char* what;
-    std::string xml;
-    Lines messages;
-  } rows[] = {
+  const std::string end = "Error while processing text.", p = "<p>x</p>";
+  const std::string closing = "data error closing block </", standalone = "data error processing standalone tag <";
+  const std::string block_error = "text block data error", table_error = closing + "table>: " + block_error;
+  const struct { const char* what; std::string xml; Lines messages; } rows[] = {
       {"a good text", "<id>T</id><toc><if>HEIGHT</if><title>A</title></toc><p if=\"NOPE\">x</p><hr/>", {}},
-      {"no id", p, {"Text ID missing.", end}},
-      {"no element", "<id>T</id>", {"No text blocks defined.", end}},
-      {"neither", "<toc/>", {"No text blocks defined.", "Text ID missing.", end}},
-      {"a blank id", "<id> </id>" + p, {"data error closing block </id>: no id defined", end}},
-      {"a blank title", "<id>T</id><toc><title> </title></toc>" + p,
-       {"data error closing block </title>: no title defined", end}},
-      {"a blank meta", "<id>T</id><toc><meta/></toc>" + p,
-       {"data error processing standalone tag <meta../>: no metainformation defined", end}},
+      {"neither id nor element", "<toc/>", {"No text blocks defined.", "Text ID missing.", end}},
+      {"a blank id", "<id> </id>" + p, {closing + "id>: no id defined", end}},
+      {"a blank title", "<id>T</id><toc><title> </title></toc>" + p, {closing + "title>: no title defined", end}},
+      {"a blank meta", "<id>T</id><toc><meta/></toc>" + p, {standalone + "meta../>: no metainformation defined", end}},
       {"two conditions", "<id>T</id><toc><if>HEIGHT</if><if>AGE</if></toc>" + p,
-       {"data error closing block </if>: duplicate condition", end}},
-      {"a bad condition", "<id>T</id><toc><if>NOPE+</if></toc>" + p,
-       {"data error closing block </if>: error loading condition", end}},
-      {"a blank heading", "<id>T</id><h2> \n </h2>", {"data error closing block </h2>: text block data error", end}},
-      {"an image without source", "<id>T</id><img/>",
-       {"data error processing standalone tag <img../>: text block data error", end}},
-      {"an insert without ref", "<id>T</id><insert ref=\" \"/>",
-       {"data error processing standalone tag <insert../>: text block data error", end}},
+       {closing + "if>: duplicate condition", end}},
+      {"a bad condition", "<id>T</id><toc><if>NOPE+</if></toc>" + p, {closing + "if>: error loading condition", end}},
+      {"a blank heading", "<id>T</id><h2> \n </h2>", {closing + "h2>: text block data error", end}},
+      {"an image without source", "<id>T</id><img/>", {standalone + "img../>: text block data error", end}},
+      {"an insert without ref", "<id>T</id><insert ref=\" \"/>", {standalone + "insert../>: " + block_error, end}},
       {"a blank graph", "<id>T</id><graph> </graph>",
-       {"no blocks defined", "data error closing block </graph>: text block data error", end}},
+       {"no blocks defined", closing + "graph>: text block data error", end}},
       {"a paragraph fault", "<id>T</id><p><value var=\"NOPE\"/></p>",
        {"error wrong standalone element processing element <value>", "error no text defined processing element <p>",
-        "data error closing block </p>: text block data error", end}},
+        closing + "p>: text block data error", end}},
       {"a table without columns", "<id>T</id><table><select method=\"HEIGHT\"/></table>",
-       {"no table columns defined", "data error closing block </table>: text block data error", end}},
+       {"no table columns defined", table_error, end}},
       {"a wrong column", "<id>T</id><table><column type=\"date\" format=\"%Y\" precision=\"1\"/></table>",
-       {"data error processing standalone tag <column../>: wrong table column definition",
-        "data error closing block </table>: text block data error", end}},
+       {standalone + "column../>: wrong table column definition", table_error, end}},
       {"a wrong selector", "<id>T</id><table><select method=\"NOPE\"/><column type=\"separator\"/></table>",
-       {"data error processing standalone tag <select../>: wrong table row selector",
-        "data error closing block </table>: text block data error", end}},
+       {standalone + "select../>: wrong table row selector", table_error, end}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    EXPECT_EQ(row.messages, loadMessages(row.xml));
+    NamedStatistics statistics({"AGE", "HEIGHT"});
+    CollectingReporter reporter;
+    R_SuperText text;
+    EXPECT_EQ(row.messages.empty(), text.loadXML(row.xml.c_str(), statistics, &reporter));
+    EXPECT_EQ(row.messages, reporter.lines());
   }
 }
 
-TEST(SuperTextTest, LoadsTheFileFormWithTheParsersLineNumbers) {
-  TempDir dir;
-  std::string path = dir.file("bad.xml");
-  std::string text = readFile(testData("knowledge/minimal.xml"));
-  text.replace(text.rfind("</quorl>"), 8, "<text>\n<id>T</id>\n<p>\n<b/>\n</p>\n</text>\n</quorl>\n");
-  writeFile(path, text);
-  R_File bad;
-  CollectingReporter reporter;
-  EXPECT_FALSE(bad.loadXML(path.c_str(), &reporter));
-  long before_end = static_cast<long>(text.find("</text>"));
-  int line = static_cast<int>(std::count(text.begin(), text.begin() + before_end, '\n')) + 1;
-  std::string at = "(" + std::to_string(line) + ") ";
-  // The summary lines name the line after the last line feed read.
-  std::string last = "(" + std::to_string(std::count(text.begin(), text.end(), '\n') + 1) + ") ";
-  Lines expected = {"error wrong standalone element processing element <b>",
-                    "error no text defined processing element <p>",
-                    "data error closing block </p>: text block data error", "Error while processing text.",
-                    at + "data error closing block </text>: error loading text", last + "Data not loaded",
-                    last + "Error while processing file."};
-  EXPECT_EQ(expected, reporter.lines());
-}
-
-// A small text: title "A", id "T", a rule and the paragraph "x".
-const char* const kSmallXML = "<id>T</id><toc><title>A</title></toc><hr /><p>x</p>";
-const char* const kSmallHex =
-    "30 01 01 00 41 01 00 00 01 01 00 54 06 00 02 02 00 00 00"  // tag, title, meta, id, no condition, 2
-    " 34 06 00"                                                 // hr, no condition
-    " 31 06 00 01 01 00 78";                                    // p, no condition, "x"
-
-R_SuperText* loadSmall(R_SuperText& text, const char* xml = kSmallXML) {
+TEST(SuperTextTest, TheBinaryFormsArePinnedAndDamagedElementsFailTheLoad) {
   NamedStatistics statistics({"AGE"});
-  EXPECT_TRUE(text.loadXML(xml, statistics, nullptr));
-  return &text;
-}
-
-TEST(SuperTextTest, TheBinaryFormIsPinned) {
-  R_SuperText text;
-  expectPinnedForm(kSmallHex, savedBytes(*loadSmall(text)), reloaded<R_SuperText>);
-}
-
-TEST(SuperTextTest, TheBinaryFormsOfTablesAndAuxogramsArePinned) {
-  R_SuperText text;
-  loadSmall(text, "<id>T</id><table mode=\"inverted\"><column type=\"date\" format=\"%Y\" header=\"D\"/>"
-                  "<column type=\"separator\" header=\"lost\"/></table>"
-                  "<auxogram><caption>C</caption><auxogramline var=\"AGE\" method=\"AGE\"/></auxogram>");
+  R_SuperText small, table;
+  ASSERT_TRUE(small.loadXML("<id>T</id><toc><title>A</title></toc><hr /><p>x</p>", statistics, nullptr));
+  expectPinnedForm("30 01 01 00 41 01 00 00 01 01 00 54 06 00 02 02 00 00 00"  // tag, title, meta, id, no if, 2
+                   " 34 06 00"                                                 // hr, no condition
+                   " 31 06 00 01 01 00 78",                                    // p, no condition, "x"
+                   savedBytes(small), reloaded<R_SuperText>);
+  ASSERT_TRUE(table.loadXML("<id>T</id><table mode=\"inverted\"><column type=\"date\" format=\"%Y\" header=\"D\"/>"
+                            "<column type=\"separator\" header=\"lost\"/></table><auxogram><caption>C</caption>"
+                            "<auxogramline var=\"AGE\" method=\"AGE\"/></auxogram>", statistics, nullptr));
   expectPinnedForm("30 01 00 00 01 00 00 01 01 00 54 06 00 02 02 00 00 00"
                    " 35 06 00 02 01 00 00 00 02 02 00 00 00 06 00"  // table: inverted, 2 columns, no selector
                    " 40 02 01 00 00 00 01 01 00 44 01 02 00 25 59"  // date column "D", "%Y"
@@ -217,24 +192,16 @@ TEST(SuperTextTest, TheBinaryFormsOfTablesAndAuxogramsArePinned) {
                    " 39 06 00 01 01 00 43 02 01 00 00 00"           // auxogram "C", one line
                    " 41 02 00 00 00 00"                             // labelled by AGE (index 0)
                    " 06 01 02 01 00 00 00 02 01 00 00 00 02 00 00 00 00 01 00 00 01 02 00 40 41",  // AGE, "@A"
-                   savedBytes(text), reloaded<R_SuperText>);
-}
-
-TEST(SuperTextTest, DamagedElementsFailTheBinaryLoad) {
-  const struct {
-    const char* what;
-    std::string hex;
-  } rows[] = {
-      {"an unknown element code", "30 01 00 00 01 00 00 01 01 00 54 06 00 02 01 00 00 00 3A 06 00"},
-      {"an element that is not ok", "30 01 00 00 01 00 00 01 01 00 54 06 00 02 01 00 00 00 36 06 00 01 00 00"},
-      {"a table without columns", "30 01 00 00 01 00 00 01 01 00 54 06 00 02 01 00 00 00 35 06 00 02 00 00 00 00"
-                                  " 02 00 00 00 00"},
+                   savedBytes(table), reloaded<R_SuperText>);
+  const std::string head = "30 01 00 00 01 00 00 01 01 00 54 06 00 02 01 00 00 00 ";
+  const struct { const char* what; std::string hex; } rows[] = {
+      {"an unknown element code", head + "3A 06 00"}, {"an element that is not ok", head + "36 06 00 01 00 00"},
+      {"a table of no columns", head + "35 06 00 02 00 00 00 00 02 00 00 00 00 06 00"},
       {"a negative count", "30 01 00 00 01 00 00 01 01 00 54 06 00 02 FF FF FF FF"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
     R_SuperText text;
-    EXPECT_FALSE(loadFrom(bytesOf(row.hex), &text));
+    EXPECT_FALSE(loadFrom(bytesOf(row.hex), &text)) << row.what;
   }
 }
 
@@ -243,7 +210,8 @@ TEST(SuperTextTest, TheXMLFormWritesMarkUpEscapedAndNamesAsTheyAre) {
   NamedStatistics statistics({"AGE", "HEIGHT"});
   ASSERT_TRUE(text.loadXML("<id>T</id><toc><meta>m</meta></toc><p>a &amp; <b>b</b> <value var=\"height\"/></p>"
                            "<img if=\"HEIGHT\" src=\"x.png\"/><graph> <caption>C</caption>\n <block var=\"height\" "
-                           "priority=\"5\" analysed=\"sd\"><plot method=\"height\" type=\"secondary\"/></block></graph>",
+                           "priority=\"5\" analysed=\"sd\"><plot method=\"height\" type=\"secondary\"/>"
+                           "</block></graph>",
                            statistics, nullptr));
   EXPECT_EQ("<id>T</id><toc><meta>m</meta></toc>"
             "<p>a &amp; &lt;b&gt;b&lt;/b&gt; &lt;value var=\"height\" /&gt;</p>"
@@ -255,26 +223,144 @@ TEST(SuperTextTest, TheXMLFormWritesMarkUpEscapedAndNamesAsTheyAre) {
 
 TEST_F(DocumentTest, TheFileKeepsItsTextsThroughBothForms) {
   TempDir dir;
-  ASSERT_TRUE(file->saveXML(dir.file("a.xml").c_str()));
-  ASSERT_TRUE(file->saveBinary(dir.file("a.bin").c_str()));
-  R_File from_binary;
-  ASSERT_TRUE(from_binary.loadBinary(dir.file("a.bin").c_str()));
-  ASSERT_TRUE(from_binary.saveBinary(dir.file("b.bin").c_str()));
-  ASSERT_TRUE(from_binary.saveXML(dir.file("b.xml").c_str()));
-  EXPECT_EQ(readFile(dir.file("a.bin")), readFile(dir.file("b.bin")));
-  EXPECT_EQ(readFile(dir.file("a.xml")), readFile(dir.file("b.xml")));
+  auto path = [&](const char* name) { return dir.file(name); };
+  R_File from_binary, from_xml;
+  ASSERT_TRUE(file->saveXML(path("a.xml").c_str()) && file->saveBinary(path("a.bin").c_str()));
+  ASSERT_TRUE(from_binary.loadBinary(path("a.bin").c_str()) && from_binary.saveBinary(path("b.bin").c_str()) &&
+              from_binary.saveXML(path("b.xml").c_str()));
+  EXPECT_EQ(readFile(path("a.bin")) + readFile(path("a.xml")), readFile(path("b.bin")) + readFile(path("b.xml")));
   // Read back from XML, paragraphs lose their mark-up but write the same XML.
-  R_File from_xml;
-  CollectingReporter reporter;
-  ASSERT_TRUE(from_xml.loadXML(dir.file("a.xml").c_str(), &reporter));
-  ASSERT_TRUE(from_xml.saveXML(dir.file("c.xml").c_str()));
-  EXPECT_EQ(readFile(dir.file("a.xml")), readFile(dir.file("c.xml")));
-  // The written binary form of the texts survives as the original wrote it.
-  R_File again;
-  ASSERT_TRUE(again.loadBinary(dir.file("b.bin").c_str()));
+  ASSERT_TRUE(from_xml.loadXML(path("a.xml").c_str(), nullptr) && from_xml.saveXML(path("c.xml").c_str()));
+  EXPECT_EQ(readFile(path("a.xml")), readFile(path("c.xml")));
+  // The binary form of the texts writes as the original does.
   output.clear();
-  again.getText(0)->write(again, *proband("boy", &again), R_Number(3.0), output, 0);
+  from_binary.getText(0)->write(from_binary, *proband("boy", &from_binary), R_Number(3.0), output, 0);
   EXPECT_EQ(traceOf("summary", "boy"), output.calls());
+}
+
+// Each row: the stored form of the source ("" when refused) and the messages; an empty result is one more fault.
+TEST(TextTranslatorTest, StoresMarkUpAsBackslashCodesOrReportsEachFaultAndGoesOn) {
+  const std::string p = "error unfinished tag in text processing element <p>";
+  const std::string empty = "error no text defined processing element <p>";
+  const std::string begin = "error unknown begin element processing element <";
+  const std::string end = "error unknown end element processing element </";
+  const std::string standalone = "error wrong standalone element processing element <", huge(8192, 'x');
+  const struct { std::string source, stored; Lines lines; } rows[] = {
+      {"plain \t text ", "plain text", {}}, {"<b>x</b> and <i>y</i>", "\\bx\\c and \\iy\\j", {}},
+      {"<b></b>", "\\b\\c", {}},  // tags only: an empty paragraph, but one
+      {"C:\\x", "C:/x", {}},      // a source backslash can't forge a code
+      {"<value var=\"height\" /> cm", "\\Vheight\\ cm", {}}, {"<link target=\"a\\b\"/>", "\\La/b\\", {}},
+      {"<external   target=\"http://x/\"/>", "\\Ehttp://x/\\", {}},
+      {"a<!-- note -->b<?x?>c", "abc", {}}, {"<b>x<i>y</i></b>", "", {begin + "i>", end + "i>"}}, {"<b>x", "", {p}},
+      {"<b></i>", "", {"error wrong structure processing element </i>", p}},
+      {"</b>", "", {"error wrong structure processing element </b>", empty}},
+      {"<u>x</u>", "", {begin + "u>", end + "u>"}}, {"<value var=\"WIDTH\" />", "", {standalone + "value>", empty}},
+      {"<value var=\"HEIGHT\"></value>", "", {begin + "value>", end + "value>", empty}},
+      {"<link/><external href=\"x\"/><B/>", "",
+       {standalone + "link>", standalone + "external>", standalone + "B>", empty}},
+      {"<_x-y.9 z>", "", {standalone + "_x-y.9>", empty}},  // no name starts with '_'; the bytes a name holds stand
+      {"< b>x", "", {standalone + ">"}}, {"<!only a comment>", "", {empty}},
+      {"a<" + huge + "/>", "", {(standalone + huge).substr(0, 255)}},  // cut, as every message, to 255 bytes
+  };
+  NamedStatistics statistics({"AGE", "HEIGHT"});
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.source.substr(0, 40));
+    CollectingReporter reporter;
+    R_TextTranslator translator(row.source.c_str(), statistics, &reporter);
+    R_String result;
+    translator.getResult(result);
+    EXPECT_EQ(row.stored, result.get());
+    EXPECT_EQ(row.lines, reporter.lines());
+    EXPECT_EQ(row.lines.empty(), translator.isOK());
+  }
+  std::string tags = "<b>" + std::string(8192, 'a') + "</b><" + std::string(8192, 'v') + " x=\"1\">";
+  EXPECT_FALSE(R_TextTranslator(tags.c_str(), statistics, nullptr).isOK()) << "no reporter";
+  for (const char* content : {" \n ", "", "<b>x"}) {
+    R_TextParagraph paragraph;
+    paragraph.loadText(content, statistics, nullptr);
+    EXPECT_FALSE(paragraph.isOK()) << "a paragraph loads only a text that translates: " << content;
+  }
+}
+
+// Stored forms that only the binary form can carry: unknown pairs are dropped, an unknown variable and a code at the
+// very end write nothing.
+TEST_F(DocumentTest, AStoredParagraphWritesWhatItCanAndDropsTheRest) {
+  const struct { const char* stored; Lines trace; } rows[] = {
+      {"a\\zb\\Vnope\\c\\", join({{"beginParagraph", "setFont 1"}, chars(0, "abc"), {"setFont 4", "endParagraph"}})},
+      {"\\bx", join({{"beginParagraph", "setFont 1", "setFont 4", "setFont 0"}, chars(1, "x"),
+                     {"setFont 3", "endParagraph"}})},  // the open bold is closed
+      {"\\i\\LT", {"beginParagraph", "setFont 1", "setFont 4", "setFont 2", "writeAnchor \"T\" true", "setFont 5",
+                   "endParagraph"}},
+      // BMI has one valid point (the first visit), HEIGHT two.
+      {"\\VBMI\\\\VHEIGHT\\", {"beginParagraph", "setFont 1", "writeResult \"16.2 kg/m2\"", "writeResult \"?\"",
+                                "setFont 4", "endParagraph"}},
+      {"", {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.stored);
+    R_TextParagraph paragraph;
+    ASSERT_TRUE(loadFrom(savedBytes(R_String(row.stored)), &paragraph));
+    output.clear();
+    paragraph.write(*file, *proband("boy"), R_Number(3.0), output);
+    EXPECT_EQ(row.trace, output.calls());
+  }
+}
+
+TEST(TextTableColumnTest, EachTypeTakesItsOwnAttributes) {
+  const std::string date = "type=\"date\" format=\"%Y\" ", values = "type=\"values\" method=\"HEIGHT\" precision=";
+  const struct { std::string attributes; bool ok; } rows[] = {
+      {date, true}, {date + "precision=\"1\"", false}, {date + "method=\"NOPE\"", true},  // NOPE doesn't parse: absent
+      {"type=\"date\" format=\"" + std::string(31, '1') + "\"", true},
+      {"type=\"date\" format=\"" + std::string(32, '1') + "\"", false},
+      {values + "\"0,5\"", true}, {values + "\"sd\"", true}, {values + "\"10\"", false}, {values + "\"SD\"", false},
+      {values + "\"1\" format=\"x\"", false}, {"type=\"values\" precision=\"1\"", false},
+      {"type=\"list\" method=\"HEIGHT\" format=\"HEIGHT\"", true}, {"type=\"list\" method=\"HEIGHT\"", false},
+      {"type=\"separator\" method=\"NOPE\" precision=\"99\" format=\"\"", true}, {"type=\"Date\" format=\"%Y\"", false},
+  };
+  NamedStatistics statistics({"AGE", "HEIGHT"});
+  for (const auto& row : rows) {
+    R_SuperText text;
+    EXPECT_EQ(row.ok, text.loadXML(("<id>T</id><table><column " + row.attributes + "/></table>").c_str(), statistics,
+                                   nullptr)) << row.attributes;
+  }
+}
+
+// The rows, cell texts and table ends of a table of one values column over the boy's three visits (heights 86, 90 and
+// none), written with the given selector and mode and an output that offers groups of `group` visits.
+TEST_F(DocumentTest, TheSelectorChoosesTheRowsAndAnInvertedTableShowsEveryVisitInGroups) {
+  auto boy = proband("boy");
+  const struct { const char* attributes; int group; Lines cells; } rows[] = {
+      {"", 6, {"beginRow 0 1", "writeCell 0 0 \"\"", "beginRow 1 1", "writeCell 1 0 \"86\"", "beginRow 2 1",
+               "writeCell 2 0 \"90\"", "endTable 1"}},
+      {"><select method=\"HEIGHT-86\"/", 6, {"beginRow 0 1", "writeCell 0 0 \"\"", "beginRow 2 1",
+                                             "writeCell 2 0 \"90\"", "endTable 1"}},
+      // A scalar chooses nothing: the empty row.
+      {"><select method=\"1\"/", 6, {"beginRow 0 1", "writeCell 0 0 \"\"", "beginRow 1 1", "writeCell 1 0 \"\"",
+                                     "endTable 1"}},
+      {"mode=\"inverted\"><select method=\"0\"/", 2,
+       {"getInvertedColumnCount", "beginRow 0 0", "writeCell 0 0 \"\"", "writeCell 0 1 \"86\"", "writeCell 0 2 \"90\"",
+        "endTable 0", "writeInvertedBreak", "beginRow 0 0", "writeCell 0 0 \"\"", "writeCell 0 1 \"\"", "endTable 0"}},
+      // A group size below 1 counts as 6: one group.
+      {"mode=\"inverted\"", 0, {"getInvertedColumnCount", "beginRow 0 0", "writeCell 0 0 \"\"", "writeCell 0 1 \"86\"",
+                                "writeCell 0 2 \"90\"", "writeCell 0 3 \"\"", "endTable 0"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.attributes);
+    std::string xml = "<id>T</id><table " + std::string(row.attributes) +
+                      "><column type=\"values\" method=\"HEIGHT\" precision=\"1\"/></table>";
+    R_SuperText text;
+    ASSERT_TRUE(text.loadXML(xml.c_str(), file->getStatistics(), nullptr));
+    output.clear();
+    output.setInvertedColumnCount(row.group);
+    text.getElement(0).write(*file, *boy, R_Number(3.0), output);
+    Lines cells;
+    for (const std::string& call : output.calls()) {
+      for (const char* kept : {"beginRow", "writeCell", "endTable", "writeInvertedBreak", "getInverted"}) {
+        if (call.compare(0, strlen(kept), kept) == 0) cells.push_back(call);
+      }
+    }
+    EXPECT_EQ(row.cells, cells);
+  }
 }
 
 }  // namespace
