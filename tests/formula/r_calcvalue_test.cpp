@@ -67,17 +67,3 @@ TEST(CalcValueTest, NormaliseAndKeepPointClearPoints) {
   number.keepPoint(0);
   EXPECT_FALSE(number.isDefined());
 }
-
-TEST(CalcValueTest, CopyIsDeepAndKeepsPointsThatAreNotValid) {
-  R_CalcValue original = series({{1, 5, 1}, {2, U, 2}});
-  R_CalcValue copy;
-  copy = original;
-  copy.getPoint(0).getY() = R_Number(9.0);
-  EXPECT_EQ("{1 9 1|2 ? 2}", valueText(copy));
-  EXPECT_EQ("{1 5 1|2 ? 2}", valueText(original));
-  EXPECT_EQ("{1 5 1|2 ? 2}", valueText(R_CalcValue(original)));
-  copy = scalar(3);
-  EXPECT_EQ("3", valueText(copy));
-  copy = R_CalcValue();
-  EXPECT_FALSE(copy.isDefined());
-}

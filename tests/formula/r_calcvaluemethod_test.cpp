@@ -71,6 +71,9 @@ TEST(CalcValueMethodChainTest, ChainsOnASeriesWithAGap) {
   R_CalcValue late = series({{1, U, 1}, {2, 80, 2}});
   EXPECT_EQ("undefined", chain(late, "FIRST_VISIT[1]")) << "positions count whether or not they hold a value";
   EXPECT_EQ("{1 ? 1|2 80 2}", chain(late, "FIRST_DEFINED[1]"));
+  // A series without a valid point has no average, spread or slope.
+  for (const char* definition : {"AVG", "STDEV", "SLOPE"})
+    EXPECT_EQ("undefined", chain(rawSeries({{1, U, 1}, {2, U, 2}}), definition)) << definition;
 }
 
 TEST(CalcValueMethodChainTest, VisitBoundMethodsAtTheEdgesOfTheVisits) {

@@ -174,22 +174,13 @@ TEST(EquationTest, BinaryFormOfASmallEquationIsPinned) {
   EXPECT_EQ(6, next) << "a load after a failure must not read";
 }
 
-TEST(EquationTest, AnOddMethodCountSurvivesLoading) {
-  R_Equation equation;
-  EXPECT_TRUE(loadFrom(bytesOf("06 01 02 00 00 00 00 02 03 00 00 00 01 01 00 31 01 01 00 32 01 01 00 33"), &equation));
-  EXPECT_EQ("; 1 | 2 | 3", storedForm(equation));
-  FormulaStatistics statistics;
-  EXPECT_EQ("<compute if=\"1\">2</compute>", savedXML(equation, statistics));
-}
-
 TEST(EquationTest, DamagedCountsAndMarksFailTheLoad) {
   const char* forms[] = {
       "06 01 02 00 00 00 00 02 00 00 00 00",              // no expression
       "06 01 02 00 00 00 00 02 FF FF FF 7F 01 01 00 31",  // huge method count
       "06 01 02 FF FF FF 7F 02 01 00 00 00 01 01 00 31",  // huge reference count
-      "06 01 02 1B 00 00 00 02 01 00 00 00",              // 27 references
-      "06 01 02 FF FF FF FF 02 01 00 00 00 01 01 00 31",  // negative count
       "06 01 02 00 00 00 00 02 FE FF FF FF 01 01 00 31",  // negative count
+      "06 01 02 1B 00 00 00 02 01 00 00 00",              // 27 references
       "06 02 02 00 00 00 00 02 01 00 00 00 01 01 00 31",  // valid mark 2
       "06 01 01 00 00 00 00 02 01 00 00 00 01 01 00 31",  // wrong inner type
       "07 00",                                            // wrong type

@@ -67,7 +67,7 @@ TEST(EquationTranslatorTest, RefusesNearMissesAndStoresNothing) {
       "HEIGHT:[1]", "HEIGHT:ABOVE[1", "HEIGHT:ABOVE[x]", "HEIGHT:ABOVE[1[2]]", "HEIGHT:ABOVE[1]]",
       "$M",                            // the stored form is no source text
       ".5", "2,5",                     // numbers start with a digit and have no comma
-      "LENGTH", "HEIGHTS", "HEIGHT_X", // a known name is the whole token or ends at a colon
+      "LENGTH", "HEIG", "HEIGHTS", "HEIGHT_X", "HEIGHTS:PREV", // a known name is the whole token or ends at a colon
       "_HEIGHT", "(HEIGHT", "HEIGHT)", "HEIGHT; 1", "1 + [2]", "'1'", "\"1\"",
       "HEIGHT * \xC8",                // bytes above 127 are no token characters
   };

@@ -12,6 +12,7 @@
 #include "knowledge/r_xyvar.h"
 #include "tests/knowledge/knowledge_file_fixture.h"
 #include "tests/knowledge/knowledge_test_support.h"
+#include "tests/support/resource_meter.h"
 
 namespace {
 
@@ -26,22 +27,56 @@ std::string smallFile(const std::vector<std::string>& body) {
 const char* const kHeightVar =
     "<var><id>HEIGHT</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>H</name></var>";
 
-// The tiny file: one age variable "AGE" named "A", lines [0 "M"] and [50 "P"].
+// The tiny file: the age variable "AGE" named "A", lines [0 "M"] and [50
+// "P"], the anamnestic "FA", and the reference "R" of FA for boys.
 const char* const kTinyXML =
     "<quorl><info><filename>t</filename><copyright>c</copyright></info>"
     "<graphlines><sdslines><list><item value=\"0\">M</item></list></sdslines>"
     "<percentilelines><list><item value=\"50\">P</item></list></percentilelines></graphlines>"
-    "<var><id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\"/><name>A</name></var></quorl>";
+    "<var><id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\"/><name>A</name></var>"
+    "<var><id>FA</id><properties type=\"measured\" scope=\"anamnestic\" data=\"real\"/><name>F</name></var>"
+    "<ref><name>R</name><sex sex=\"male\"/><xyref><avar>FA</avar></xyref>"
+    "<data type=\"sd\"><anamnestic><x>175</x><sd>7</sd></anamnestic></data>"
+    "<granularity><variant type=\"default\"><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity></ref>"
+    "</quorl>";
 const char* const kTinyBinary =
     "09 "
-    // statistics: one variable, no reference, no text, "t", "c", no date, "AGE"
-    "05 02 01 00 00 00 02 00 00 00 00 02 00 00 00 00 01 01 00 74 01 01 00 63 20 00 00 00 00 01 03 00 41 47 45 "
+    // statistics: two variables, a reference, no text, "t", "c", no date, "AGE", "FA"
+    "05 02 02 00 00 00 02 01 00 00 00 02 00 00 00 00 01 01 00 74 01 01 00 63 20 00 00 00 00 01 03 00 41 47 45 "
+    "01 02 00 46 41 "
     // lines: SD list, then percentile list
     "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 00 00 "
     "07 02 01 00 00 00 01 01 00 50 03 01 00 00 00 00 00 00 49 40 "
-    // the variable: age 512 + followed 32 + real 64 + both sexes 24 = 632
+    // AGE: age 512 + followed 32 + real 64 + both sexes 24 = 632; name, no
+    // help id, no unit, no precision, no interval, no xyref
     "08 02 78 02 00 00 01 01 00 41 01 00 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
-    "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF";
+    "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF "
+    // FA: measured 128 + anamnestic 1 + real 64 + both sexes 24 = 217
+    "08 02 D9 00 00 00 01 01 00 46 01 00 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
+    "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF "
+    // R: name, properties male 1 | SD 8, data (no lines, the anamnestic line
+    // 175, 7), any age, avar 1, one variant that is the default: X from 0,
+    // X to 1, no Y from or to, X step 1, no X small, no Y step or small
+    "15 01 01 00 52 02 09 00 00 00 "
+    "11 02 00 00 00 00 10 03 01 00 00 00 00 00 E0 65 40 03 01 00 00 00 00 00 00 1C 40 "
+    "04 03 00 03 00 02 00 00 00 00 12 02 01 00 00 00 02 FF FF FF FF 02 FF FF FF FF 02 01 00 00 00 02 01 00 00 00 "
+    "14 03 01 00 00 00 00 00 00 00 00 03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 "
+    "03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 03 00";
+
+const int kTwoBillion = 2000000000;
+
+// A distinct identifier of letters for every number: "AAAA", "AAAB", ...
+std::string letterName(int number) {
+  std::string name(4, 'A');
+  for (int i = 3; i >= 0; --i, number /= 26) name[static_cast<size_t>(i)] = static_cast<char>('A' + number % 26);
+  return name;
+}
+
+std::string repeated(const std::string& piece, int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += piece;
+  return text;
+}
 
 }  // namespace
 
@@ -86,34 +121,29 @@ TEST_F(KnowledgeFileTest, EitherStoredFormReadsBackToTheSameBytes) {
   EXPECT_EQ(head, readFile(dir.file("first.xml")).substr(0, head.size()));
 }
 
-TEST_F(KnowledgeFileTest, BinaryFormIsPinnedByItsBytes) {
-  R_File file;
-  ASSERT_EQ(std::vector<std::string>(), loadXML(file, write("tiny.xml", kTinyXML)));
-  ASSERT_TRUE(file.saveBinary(dir.file("tiny.bin").c_str()));
-  std::string bytes = readFile(dir.file("tiny.bin"));
-  EXPECT_EQ(kTinyBinary, hexOf(Bytes(bytes.begin(), bytes.end())));
+std::string tinyBytes() {
+  Bytes bytes = bytesOf(kTinyBinary);
+  return std::string(bytes.begin(), bytes.end());
 }
 
-TEST_F(KnowledgeFileTest, BytesAfterTheLastTextLoadButTheFileWasNotReadWhole) {
+// Bytes after the last text load, but the file was not read whole.
+TEST_F(KnowledgeFileTest, BinaryFormIsPinnedByItsBytesAndReadWholeTellsOfBytesBehind) {
   R_File file, whole, longer;
   EXPECT_FALSE(file.isReadWhole());
   ASSERT_EQ(std::vector<std::string>(), loadXML(file, write("tiny.xml", kTinyXML)));
   EXPECT_TRUE(file.isReadWhole());
   ASSERT_TRUE(file.saveBinary(dir.file("tiny.bin").c_str()));
+  EXPECT_EQ(tinyBytes(), readFile(dir.file("tiny.bin")));
   ASSERT_TRUE(whole.loadBinary(dir.file("tiny.bin").c_str()));
   EXPECT_TRUE(whole.isReadWhole());
-  writeFile(dir.file("longer.bin"), readFile(dir.file("tiny.bin")) + "\x09");
-  ASSERT_TRUE(longer.loadBinary(dir.file("longer.bin").c_str()));
+  ASSERT_TRUE(longer.loadBinary(write("longer.bin", tinyBytes() + "\x09").c_str()));
   EXPECT_FALSE(longer.isReadWhole());
 }
 
 // Damaged files must fail cleanly, whatever the damage: the loads run under
 // the sanitizers in the test builds. A changed byte may still load.
 TEST_F(KnowledgeFileTest, BinaryFileCutAnywhereFailsAndWithAnyByteChangedLoadsOrFailsCleanly) {
-  R_File original;
-  ASSERT_EQ(std::vector<std::string>(), loadXML(original, minimalPath()));
-  ASSERT_TRUE(original.saveBinary(dir.file("whole.bin").c_str()));
-  const std::string whole = readFile(dir.file("whole.bin"));
+  const std::string whole = tinyBytes();
   for (size_t at = 0; at < whole.size(); ++at) {
     SCOPED_TRACE("at byte " + std::to_string(at));
     std::string changed = whole;
@@ -125,22 +155,24 @@ TEST_F(KnowledgeFileTest, BinaryFileCutAnywhereFailsAndWithAnyByteChangedLoadsOr
   }
 }
 
+// Counts that claim two billion objects fail fast, by the bytes there are:
+// under the sanitizers an allocation for them would itself abort the run
+// (make test-asan caps one allocation at 1 GB).
 TEST_F(KnowledgeFileTest, BinaryLoadRefusesWhatIsNotAWholeConsistentFile) {
-  const std::string tiny = [] {
-    Bytes bytes = bytesOf(kTinyBinary);
-    return std::string(bytes.begin(), bytes.end());
-  }();
-  auto patched = [](std::string bytes, size_t at, const std::string& patch) { return bytes.replace(at, 4, patch); };
-  // references.xml with the xyref (-1, 0, 1) stored last, the last
-  // reference's, changed to name variable 99 as its anamnestic one.
-  R_File references;
-  ASSERT_EQ(std::vector<std::string>(), loadXML(references, testData("knowledge/references.xml")));
-  ASSERT_TRUE(references.saveBinary(dir.file("references.bin").c_str()));
-  const std::string stored = readFile(dir.file("references.bin"));
-  const Bytes pattern = bytesOf("12 02 FF FF FF FF 02 00 00 00 00 02 01 00 00 00");
-  const size_t last_xyref = stored.rfind(std::string(pattern.begin(), pattern.end()));
-  ASSERT_NE(std::string::npos, last_xyref);
-  const std::string huge("\xFF\xFF\xFF\x7F", 4), ninety_nine("\x63\0\0\0", 4);
+  const std::string tiny = tinyBytes();
+  auto patched = [&](size_t at, int value) {
+    std::string bytes = tiny;
+    for (size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<char>((static_cast<unsigned>(value) >> (8 * i)) & 0xFF);
+    return bytes;
+  };
+  auto at = [&](const char* hex) {
+    Bytes pattern = bytesOf(hex);
+    size_t found = tiny.rfind(std::string(pattern.begin(), pattern.end()));
+    EXPECT_NE(std::string::npos, found) << hex;
+    return found + 2;
+  };
+  const size_t fa_xyref = at("12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF 15"), r_xyref = at("12 02 01 00 00 00");
+  const size_t variants = at("02 01 00 00 00 02 01 00 00 00 14") - 1;
   const struct {
     const char* what;
     std::string bytes;
@@ -148,19 +180,47 @@ TEST_F(KnowledgeFileTest, BinaryLoadRefusesWhatIsNotAWholeConsistentFile) {
       {"an XML file", "<quorl></quorl>"},
       {"first byte 8", "\x08" + tiny.substr(1)},
       {"an empty file", ""},
-      {"an xyref naming variable 99", patched(tiny, tiny.size() - 14, ninety_nine)},
-      {"a huge reference count", patched(tiny, 8, huge)},
-      {"a huge text count", patched(tiny, 13, huge)},
-      {"a reference naming variable 99", patched(stored, last_xyref + 2, ninety_nine)},
+      {"an xyref naming variable 99", patched(fa_xyref, 99)},
+      {"a reference naming variable 99", patched(r_xyref, 99)},
+      {"a huge variable count", patched(3, kTwoBillion)},
+      {"a huge reference count", patched(8, kTwoBillion)},
+      {"a huge text count", patched(13, kTwoBillion)},
+      {"a negative reference count", patched(8, -1)},
+      {"a negative variant count", patched(variants, -1)},
+      {"a huge variant count", patched(variants, kTwoBillion)},
+      {"one variant more than stored", patched(variants, 2)},
   };
+  ResourceMeter meter;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     R_File file;
     EXPECT_FALSE(file.loadBinary(write("damaged.bin", row.bytes).c_str()));
   }
-  R_File missing, whole;
+  EXPECT_LT(meter.seconds(), 10.0);
+  R_File missing;
   EXPECT_FALSE(missing.loadBinary(dir.file("none.bin").c_str()));
-  EXPECT_TRUE(whole.loadBinary(write("tiny.bin", tiny).c_str()));
+}
+
+// Hostile XML: an element nested a million deep, or fifty thousand
+// variables, loads in time and memory bounded by the bytes of the file.
+TEST_F(KnowledgeFileTest, DeepNestingAndManyVariablesLoadInBoundedTimeAndMemory) {
+  std::string variables;
+  for (int i = 0; i < 50000; ++i)
+    variables += "<var><id>" + letterName(i) +
+                 "</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>n</name></var>\n";
+  const struct {
+    std::string body;
+    int variables;
+  } rows[] = {{repeated("<note>", 1000000) + repeated("</note>", 1000000), 1}, {variables, 50001}};
+  for (const auto& row : rows) {
+    std::string path = write("hostile.xml", joinLines(smallFileHead()) + row.body + "\n</quorl>\n");
+    ResourceMeter meter;
+    R_File file;
+    EXPECT_EQ(std::vector<std::string>{}, loadXML(file, path));
+    EXPECT_LT(meter.seconds(), 30.0);
+    EXPECT_LT(meter.peakGrowthMB(), 512);
+    EXPECT_EQ(row.variables, file.getVarCount());
+  }
 }
 
 TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {

@@ -73,10 +73,6 @@ std::unique_ptr<R_RefData> loadBytes(int type, const Bytes& bytes, bool* ok) {
   return data;
 }
 
-// Stored numbers, written out by hand.
-const std::string kNum4 = "03 01 00 00 00 00 00 00 10 40 ";
-const std::string kNum100 = "03 01 00 00 00 00 00 00 59 40 ", kNum110 = "03 01 00 00 00 00 00 80 5B 40 ";
-
 // A graph's general list of lines: -2, 0 and 2 SD.
 class ThreeSDLines : public R_GraphRefLinesFormat {
  public:
@@ -168,17 +164,6 @@ TEST(RefDataTest, ScoresAndValuesComeFromTheParametersInterpolatedAtX) {
   }
 }
 
-TEST(RefDataTest, PercentileListHoldsTheSDScoreOfEachPercentile) {
-  auto data = loadGood(kPercentiles, kPercentiles90_110);
-  const R_RefDataPercentiles& percentiles = *data->getPercentiles();
-  ASSERT_EQ(3, percentiles.getN());
-  expectNumber(kSD3, percentiles.getSD(0));
-  expectNumber(0.0, percentiles.getSD(1));
-  expectNumber(kSD97, percentiles.getSD(2));
-  auto single = loadGood(kSD, "<line x=\"2\"><x>100</x><sd>5</sd></line>");
-  EXPECT_FALSE(single->isAnamnestic() || single->isFollowed());  // a single line is neither
-}
-
 // The x of a line from its attributes; U: the line is refused, also for an
 // x that a line before has.
 TEST(RefDataTest, XOfALineComesFromItsAttributes) {
@@ -232,7 +217,9 @@ TEST(RefDataTest, LoadMessagesNameEachFaultInnermostFirst) {
        {closing + "</item>: wrong or duplicate list item", "Error while processing list.",
         closing + "</list>: percentile list load error", end}},
       {kSD, sd1 + sd1, {closing + "</anamnestic>: double anamnestic data", end}},
-      {kSD, kSDLines + sd1, {closing + "</anamnestic>: anamnestic and followed data defined", end}},
+      {kSD,
+       "<line x=\"2\"><x>100</x><sd>5</sd></line>" + sd1,
+       {closing + "</anamnestic>: anamnestic and followed data defined", end}},
       {kSD,
        sd1 + kSDLines,
        {closing + "</line>: data and anamnestic data defined", closing + "</line>: data and anamnestic data defined",
@@ -302,21 +289,6 @@ TEST(RefDataTest, GraphLinesOfAnSDReferenceAreTheGeneralListAndOfAPercentileOneI
   expectNumber(85.0, value);
 }
 
-TEST(RefDataTest, InterpolatingLineTakesEachNumberBetweenTheTwoLines) {
-  R_RefDataLine left(kSD, nullptr), right(kSD, nullptr);
-  ASSERT_TRUE(left.loadXML("<x>100</x><sd>5</sd>", nullptr));
-  ASSERT_TRUE(right.loadXML("<x>110</x><sd>6</sd>", nullptr));
-  const struct {
-    double right_x, x, mean, sd;
-  } rows[] = {{4, 3, 105, 5.5}, {4, 6, 120, 7}, {2, 2, U, U}, {4, U, U, U}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.x);
-    R_RefDataLine line(left, R_Number(2.0), right, R_Number(row.right_x), numberOf(row.x));
-    expectNumber(row.mean, line.getNumber(0));
-    expectNumber(row.sd, line.getNumber(1));
-  }
-}
-
 // The round trips of the XML form are those of the knowledge file.
 TEST(RefDataTest, XMLFormIsWrittenInLoadOrder) {
   auto sd = loadGood(kSD, kSDLines), percentiles = loadGood(kPercentiles, kPercentiles90_110);
@@ -325,51 +297,6 @@ TEST(RefDataTest, XMLFormIsWrittenInLoadOrder) {
   EXPECT_EQ("<percentiles><list><item value=\"3\">P3</item><item value=\"50\">P50</item><item value=\"97\">P97</item>"
             "</list></percentiles><anamnestic><perc> 90  100  110 </perc></anamnestic>",
             xmlWrittenBy([&](R_XMLTextOutput& output) { percentiles->saveXML(output); }));
-}
-
-TEST(RefDataTest, BinaryFormsArePinned) {
-  const struct {
-    int type;
-    std::string xml, hex;
-  } rows[] = {
-      {kSD, kSDLines,  // x 2, mean 100, SD 5; x 4, mean 110, SD 6
-       "11 02 02 00 00 00 03 01 00 00 00 00 00 00 00 40 10 " + kNum100 + "03 01 00 00 00 00 00 00 14 40 " + kNum4 +
-           "10 " + kNum110 + "03 01 00 00 00 00 00 00 18 40"},
-      {kPercentiles,
-       "<percentiles><list><item value=\"4\">a</item><item value=\"50\">b</item></list></percentiles>"
-       "<anamnestic><perc>100 110</perc></anamnestic>",
-       "11 02 00 00 00 00  07 02 02 00 00 00  01 01 00 61 " + kNum4 +
-           "01 01 00 62 03 01 00 00 00 00 00 00 49 40 10 " + kNum100 + kNum110},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
-    int type = row.type;
-    expectPinnedForm(row.hex, savedBytes(*loadGood(type, row.xml)), [type](R_InputStream& stream, bool* ok) {
-      R_RefData data(type);
-      data.load(stream, ok);
-      return *ok ? savedBytes(data) : Bytes();
-    });
-  }
-}
-
-TEST(RefDataTest, DamagedBinaryCountsAreRefused) {
-  const struct {
-    int type;
-    std::string hex;
-  } rows[] = {
-      {kSD, "11 02 FF FF FF 7F"},                              // two billion lines, no bytes behind
-      {kSD, "11 02 FF FF FF FF"},                              // a negative count
-      {kSD, "11 02 00 00 00 00 10 03 00"},                     // anamnestic line with a number missing
-      {kSD, "11 02 01 00 00 00 03 01 00 00 00 00 00 00 00"},  // x cut inside its value
-      // A percentile list of one item can't bracket anything.
-      {kPercentiles, "11 02 00 00 00 00 07 02 01 00 00 00 01 00 00 " + kNum4 + "10 " + kNum100},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.hex);
-    bool ok = true;
-    loadBytes(row.type, bytesOf(row.hex), &ok);
-    EXPECT_FALSE(ok);
-  }
 }
 
 // The look-up of lines by x must answer as a walk over all lines in order

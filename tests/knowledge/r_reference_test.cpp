@@ -143,7 +143,7 @@ TEST_F(ReferenceTest, LoadMessagesNameEachFaultInnermostFirst) {
 }
 
 TEST_F(ReferenceTest, GranularityIsFoundInOrderOfTheVariants) {
-  R_Reference reference;
+  R_Reference reference, unflagged, none, failed;
   loadGood(reference, kGirls);
   EXPECT_EQ(0, reference.findGranularityX(3, 5));
   EXPECT_EQ(1, reference.findGranularityX(1, 5));
@@ -152,20 +152,15 @@ TEST_F(ReferenceTest, GranularityIsFoundInOrderOfTheVariants) {
   EXPECT_EQ(2, reference.findGranularityY(10, 20));
   EXPECT_EQ(-1, reference.findGranularityY(-10, 20));
   EXPECT_EQ(1, reference.getDefaultGranularity());
-  R_Reference unflagged;
-  loadGood(unflagged, std::string("<name>R</name>") + kSDData +
-                          "<granularity><variant><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant>"
-                          "<variant><xaxe from=\"0\" to=\"2\" step=\"1\"/></variant></granularity>");
-  EXPECT_EQ(0, unflagged.getDefaultGranularity());
-  R_Reference none;
+  const std::string variant = "<variant><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant>";
+  loadGood(unflagged, "<name>R</name>" + std::string(kSDData) + "<granularity>" + variant + variant + "</granularity>");
+  EXPECT_EQ(0, unflagged.getDefaultGranularity());  // without a default, the first
   loadGood(none, std::string("<name>R</name>") + kSDData);
   EXPECT_EQ(-1, none.getDefaultGranularity());
   EXPECT_EQ(-1, none.findGranularityX(0, 1));
-  R_Reference failed;  // a failed variant is kept, and the reference fails
-  load(failed, std::string("<name>R</name>") + kSDData +
-                   "<granularity><variant><xaxe from=\"1\" to=\"1\" step=\"1\"/></variant>"
-                   "<variant><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity>",
-       false);
+  // A failed variant is kept, and the reference fails.
+  load(failed, "<name>R</name>" + std::string(kSDData) + "<granularity><variant><xaxe from=\"1\" to=\"1\" step=\"1\"/>"
+               "</variant>" + variant + "</granularity>", false);
   EXPECT_EQ(2, failed.getGranularityCount());
 }
 
@@ -185,46 +180,4 @@ TEST_F(ReferenceTest, XMLFormIsWrittenInItsFixedOrder) {
   loadGood(plain, "<data type=\"logsd\"><anamnestic><x>176</x><sd>0.04</sd></anamnestic></data><name>P</name>");
   EXPECT_EQ("<name>P</name><data type=\"logsd\"><anamnestic><x>176</x><sd>0.04</sd></anamnestic></data>",
             xmlOf(plain));
-}
-
-// The fathers' reference, stored: tag, name "R", properties male | SD, data
-// (no lines, the anamnestic line 175, 7), any age, avar 3, one variant that is
-// the default.
-const char* const kStoredFathers =
-    "15 01 01 00 52 02 09 00 00 00 "
-    "11 02 00 00 00 00 10 03 01 00 00 00 00 00 E0 65 40 03 01 00 00 00 00 00 00 1C 40 "
-    "04 03 00 03 00 02 00 00 00 00 12 02 03 00 00 00 02 FF FF FF FF 02 FF FF FF FF 02 01 00 00 00 02 01 00 00 00 "
-    "14 03 01 00 00 00 00 00 00 00 00 03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 "
-    "03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 03 00";
-
-TEST_F(ReferenceTest, BinaryFormIsPinned) {
-  R_Reference reference;
-  loadGood(reference,
-           "<name>R</name><sex sex=\"male\"/><xyref><avar>FATHER_HT</avar></xyref>"
-           "<data type=\"sd\"><anamnestic><x>175</x><sd>7</sd></anamnestic></data>"
-           "<granularity><variant type=\"default\"><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity>");
-  expectPinnedForm(kStoredFathers, savedBytes(reference), reloaded<R_Reference>);
-  R_Reference girls;
-  loadGood(girls, kGirls);
-  Bytes bytes = savedBytes(girls);
-  expectPinnedForm(hexOf(bytes), bytes, reloaded<R_Reference>);
-}
-
-TEST(ReferenceBinaryTest, LoadRefusesDamagedForms) {
-  const struct {
-    const char* label;
-    size_t at;
-    Bytes patch;
-  } rows[] = {
-      {"no data type", 6, {0x01}},
-      {"a negative variant count", 64, {0xFF, 0xFF, 0xFF, 0xFF}},
-      {"a huge variant count", 64, {0xFF, 0xFF, 0xFF, 0x7F}},
-      {"one variant more than stored", 64, {0x02}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
-    Bytes damaged = bytesOf(kStoredFathers);
-    for (size_t i = 0; i < row.patch.size(); ++i) damaged[row.at + i] = row.patch[i];
-    EXPECT_FALSE(reloads(hexOf(damaged), reloaded<R_Reference>));
-  }
 }

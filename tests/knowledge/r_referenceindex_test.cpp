@@ -32,13 +32,6 @@ TEST(ReferenceIndexTest, FindsTheReferencesOfAPairInFileOrder) {
   EXPECT_EQ(std::vector<int>(), found(index, unused));
 }
 
-TEST(ReferenceIndexTest, AnIndexWithoutReferencesFindsNothing) {
-  R_ReferenceIndex unfinished, empty;
-  empty.finish();
-  EXPECT_EQ(std::vector<int>(), found(unfinished, R_XYVar(-1, 0, 1)));
-  EXPECT_EQ(std::vector<int>(), found(empty, R_XYVar(-1, 0, 1)));
-}
-
 // Hundreds of pairs, so that many share hash slots.
 TEST(ReferenceIndexTest, ManyPairsEachFindTheirOwn) {
   R_ReferenceIndex index;

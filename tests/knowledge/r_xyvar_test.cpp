@@ -61,8 +61,3 @@ TEST(XYVarTest, SaveXMLWritesTheNamesInTheOrderAvarXvarYvar) {
   // An index beyond the variables names nothing and is left out.
   EXPECT_EQ("<yvar>HEIGHT</yvar>", xmlOf(R_XYVar(3, 7, 1)));
 }
-
-TEST(XYVarTest, BinaryFormIsTheTagAndThreeIntegersInTheOrderAXY) {
-  expectPinnedForm("12 02 05 00 00 00 02 00 00 00 00 02 01 00 00 00", savedBytes(R_XYVar(5, 0, 1)),
-                   reloaded<R_XYVar>);
-}
