@@ -10,15 +10,33 @@
 #include "knowledge/r_measuredvariables.h"
 #include "knowledge/r_variable.h"
 #include "knowledge/r_xyvar.h"
-#include "tests/knowledge/knowledge_file_fixture.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/resource_meter.h"
+#include "tests/support/test_files.h"
+#include "tests/support/xml_fakes.h"
 
 namespace {
 
+// The lines of a small valid file up to its variables: line 1 opens
+// `quorl`, line 2 is `info`, line 3 `graphlines`, line 4 the age variable.
+const std::vector<std::string> kHead = {
+    "<quorl>",
+    "<info><filename>f.xml</filename><copyright>c</copyright></info>",
+    "<graphlines><sdslines><list><item value=\"0\">M</item></list></sdslines>"
+    "<percentilelines><list><item value=\"50\">P</item></list></percentilelines></graphlines>",
+    "<var><id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\"/><name>Age</name></var>",
+};
+
+// Each line followed by a line feed.
+std::string joinLines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
 // The lines of a file: the small head, then `body`, then the end of `quorl`.
 std::string smallFile(const std::vector<std::string>& body) {
-  std::vector<std::string> lines = smallFileHead();
+  std::vector<std::string> lines = kHead;
   lines.insert(lines.end(), body.begin(), body.end());
   lines.push_back("</quorl>");
   return joinLines(lines);
@@ -78,21 +96,29 @@ std::string repeated(const std::string& piece, int count) {
   return text;
 }
 
-}  // namespace
+class KnowledgeFileTest : public ::testing::Test {
+ protected:
+  std::string minimalPath() const { return testData("knowledge/minimal.xml"); }
 
-TEST_F(KnowledgeFileTest, MinimalFileLoadsWithItsVariablesInFileOrder) {
-  R_File file;
-  EXPECT_FALSE(file.isOK());
-  ASSERT_EQ(std::vector<std::string>(), loadXML(file, minimalPath()));
-  std::string names;
-  for (int i = 0; i < file.getVarCount(); ++i)
-    names += file.getStatistics().getVarName(i) + std::string(file.getVariable(i)->getIndex() == i ? " " : "? ");
-  EXPECT_EQ("AGE HEIGHT WEIGHT FATHER_HT MOTHER_HT TANNER_PH ", names);
-  EXPECT_EQ(0, file.getRefCount() + file.getTextCount());
-  EXPECT_EQ(file.getVariable(0), file.getAgeVariable());
-  EXPECT_TRUE(file.getGraphRefLines().isComplete());
-  EXPECT_EQ(-1, file.findText(nullptr));
-}
+  // Writes `text` as the file `name` in the temporary directory.
+  std::string write(const std::string& name, const std::string& text) {
+    std::string path = dir.file(name);
+    writeFile(path, text);
+    return path;
+  }
+
+  // Loads the XML file at `path` into `file`; answers the reported lines.
+  std::vector<std::string> loadXML(R_File& file, const std::string& path) {
+    CollectingReporter reporter;
+    bool ok = file.loadXML(path.c_str(), &reporter);
+    EXPECT_EQ(ok, file.isOK());
+    return reporter.lines();
+  }
+
+  TempDir dir;
+};
+
+}  // namespace
 
 // Each fixture, saved in either form and read back, saves the same bytes
 // again; the XML written from the binary copy is the original's.
@@ -173,10 +199,7 @@ TEST_F(KnowledgeFileTest, BinaryLoadRefusesWhatIsNotAWholeConsistentFile) {
   };
   const size_t fa_xyref = at("12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF 15"), r_xyref = at("12 02 01 00 00 00");
   const size_t variants = at("02 01 00 00 00 02 01 00 00 00 14") - 1;
-  const struct {
-    const char* what;
-    std::string bytes;
-  } rows[] = {
+  const struct { const char* what; std::string bytes; } rows[] = {
       {"an XML file", "<quorl></quorl>"},
       {"first byte 8", "\x08" + tiny.substr(1)},
       {"an empty file", ""},
@@ -213,7 +236,7 @@ TEST_F(KnowledgeFileTest, DeepNestingAndManyVariablesLoadInBoundedTimeAndMemory)
     int variables;
   } rows[] = {{repeated("<note>", 1000000) + repeated("</note>", 1000000), 1}, {variables, 50001}};
   for (const auto& row : rows) {
-    std::string path = write("hostile.xml", joinLines(smallFileHead()) + row.body + "\n</quorl>\n");
+    std::string path = write("hostile.xml", joinLines(kHead) + row.body + "\n</quorl>\n");
     ResourceMeter meter;
     R_File file;
     EXPECT_EQ(std::vector<std::string>{}, loadXML(file, path));
@@ -224,8 +247,7 @@ TEST_F(KnowledgeFileTest, DeepNestingAndManyVariablesLoadInBoundedTimeAndMemory)
 }
 
 TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {
-  const std::vector<std::string> head = smallFileHead();
-  const std::string end = "Error while processing file.", c = "data error closing block ";
+    const std::string end = "Error while processing file.", c = "data error closing block ";
   const std::string weird = "<var><id>WEIGHT</id><properties type=\"weird\" scope=\"followed\" data=\"real\"/></var>";
   const std::string second_age =
       "<var><id>AGE_TOO</id><properties type=\"age\" scope=\"followed\" data=\"real\"/><name>A</name></var>";
@@ -251,10 +273,10 @@ TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {
       {"an id with a digit", smallFile({"<var><id>HEIGHT2</id></var>"}),
        {"(5) " + c + "</id>: variable code is wrong", "(7) Error while making file statistics", "Statistics not loaded",
         end}},
-      {"no info", joinLines({"<quorl>", head[2], head[3], "</quorl>"}),
+      {"no info", joinLines({"<quorl>", kHead[2], kHead[3], "</quorl>"}),
        {"(5) No file information defined", "(5) Error while making file statistics", "Statistics not loaded", end}},
       {"an empty copyright",
-       joinLines({"<quorl>", "<info><filename>f</filename><copyright> </copyright></info>", head[3], "</quorl>"}),
+       joinLines({"<quorl>", "<info><filename>f</filename><copyright> </copyright></info>", kHead[3], "</quorl>"}),
        {"(2) " + c + "</copyright>: copyright load error", "(5) No file information defined",
         "(5) Error while making file statistics", "Statistics not loaded", end}},
       {"a variable without id",
@@ -262,15 +284,15 @@ TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {
        {"(5) " + c + "</var>: too much variables", "(7) Data not loaded", "(7) " + end}},
       {"a reference without name", smallFile({"<ref><sex sex=\"male\"/></ref>"}),
        {"(5) " + c + "</ref>: too much references", "(7) Data not loaded", "(7) " + end}},
-      {"a second graphlines", smallFile({head[2]}),
+      {"a second graphlines", smallFile({kHead[2]}),
        {"(5) " + c + "</graphlines>: duplicate line definition", "(7) Data not loaded", "(7) " + end}},
       {"bad line definitions",
-       joinLines({"<quorl>", head[1], "<graphlines><sdslines><list><item value=\"9\">M</item></list></sdslines>"
-                                      "</graphlines>", head[3], "</quorl>"}),
+       joinLines({"<quorl>", kHead[1], "<graphlines><sdslines><list><item value=\"9\">M</item></list></sdslines>"
+                                      "</graphlines>", kHead[3], "</quorl>"}),
        {"Wrong data in percentile definitions.", "Wrong data in SD line definitions.",
         "Error while processing percentile/SDS line definitions.",
         "(3) " + c + "</graphlines>: can not load line definitions", "(6) Data not loaded", "(6) " + end}},
-      {"no age variable", joinLines({"<quorl>", head[1], head[2], kHeightVar, "</quorl>"}),
+      {"no age variable", joinLines({"<quorl>", kHead[1], kHead[2], kHeightVar, "</quorl>"}),
        {"(6) No age-coding variable defined.", "(6) " + end}},
       {"two age variables", smallFile({second_age}), {"(7) No age-coding variable defined.", "(7) " + end}},
       {"a reference without data", smallFile({"<ref><name>R</name></ref>"}),
@@ -340,4 +362,45 @@ TEST_F(KnowledgeFileTest, ReferenceSearchesTakeTheFirstFittingReferenceInFileOrd
     else
       EXPECT_EQ(row.found, row.file.findReference(row.sex, R_Interval(from, R_Number(row.to)), row.xyref));
   }
+}
+
+// minimal.xml: AGE 0, HEIGHT 1, WEIGHT 2, FATHER_HT 3, MOTHER_HT 4,
+// TANNER_PH 5; HEIGHT, WEIGHT and TANNER_PH are followed, the fathers' and
+// mothers' heights anamnestic, and the age variable in neither subset.
+TEST_F(KnowledgeFileTest, MinimalFileHoldsItsVariablesInFileOrderAndMeasuredSubsetsFindThemByName) {
+  R_File file;
+  EXPECT_FALSE(file.isOK());
+  ASSERT_EQ(std::vector<std::string>(), loadXML(file, minimalPath()));
+  std::string names;
+  for (int i = 0; i < file.getVarCount(); ++i)
+    names += file.getStatistics().getVarName(i) + std::string(file.getVariable(i)->getIndex() == i ? " " : "? ");
+  EXPECT_EQ("AGE HEIGHT WEIGHT FATHER_HT MOTHER_HT TANNER_PH ", names);
+  EXPECT_EQ(0, file.getRefCount() + file.getTextCount());
+  EXPECT_EQ(file.getVariable(0), file.getAgeVariable());
+  EXPECT_TRUE(file.getGraphRefLines().isComplete());
+  EXPECT_EQ(-1, file.findText(nullptr));
+  const R_MeasuredVariables& followed = *file.getFollowedVars();
+  const R_MeasuredVariables& anamnestic = *file.getAnamnesticVars();
+  ASSERT_EQ(3, followed.getCount());
+  ASSERT_EQ(2, anamnestic.getCount());
+  const struct { const char* name; int index, followed_order, anamnestic_order; } rows[] = {
+      {"height", 1, 0, -1},  {"Weight", 2, 1, -1},    {"TANNER_PH", 5, 2, -1}, {"Father_HT", 3, -1, 0},
+      {"MOTHER_HT", 4, -1, 1}, {"AGE", 0, -1, -1}, {"LENGTH", 6, -1, -1},   {"", -1, -1, -1},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    for (const auto& subset : {std::make_pair(&followed, row.followed_order),
+                               std::make_pair(&anamnestic, row.anamnestic_order)}) {
+      const R_MeasuredVariables& vars = *subset.first;
+      int order = subset.second;
+      EXPECT_EQ(order, vars.getOrder(row.name));
+      EXPECT_EQ(order < 0 ? -1 : row.index, vars.getIndexOf(row.name));
+      EXPECT_EQ(order >= 0, vars.contains(row.name));
+      EXPECT_EQ(order, vars.getOrderOfIndex(row.index));
+      if (order < 0) continue;
+      EXPECT_EQ(row.index, vars.getIndex(order));
+      EXPECT_STREQ(file.getStatistics().getVarName(row.index), vars.getName(order));
+    }
+  }
+  EXPECT_EQ(-1, followed.getOrder(nullptr));
 }

@@ -22,10 +22,7 @@ std::string letterName(int i) {
 
 TEST(FileStatisticsTest, IsNewValidNameWantsTwoOrMoreLettersOrUnderscoresNotYetTaken) {
   NamedStatistics statistics({"HEIGHT"});
-  const struct {
-    const char* name;
-    bool valid;
-  } rows[] = {
+  const struct { const char* name; bool valid; } rows[] = {
       {"AB", true},      {"a_b", true},  {"__", true},   {"A", false},        {"", false},
       {"A1", false},     {"AB C", false}, {"A-B", false}, {"\xC8\xC8", false}, {"height", false},
       {"HEIGHTS", true},

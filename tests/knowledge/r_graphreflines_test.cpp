@@ -65,10 +65,7 @@ TEST(GraphRefLinesTest, LoadRefusesMissingBrokenAndOutOfRangeLists) {
   const std::string end = "Error while processing percentile/SDS line definitions.";
   const std::string bad_sd = "Wrong data in SD line definitions.",
                     bad_percentile = "Wrong data in percentile definitions.";
-  const struct {
-    std::string xml;
-    std::vector<std::string> messages;
-  } rows[] = {
+  const struct { std::string xml; std::vector<std::string> messages; } rows[] = {
       {kSD + kPercentiles, {}},
       {sdLines(item("-6", "a") + item("6", "b")) + kPercentiles, {}},
       {kSD + percentileLines(item("0", "P0") + item("50", "P50")), {bad_percentile, end}},

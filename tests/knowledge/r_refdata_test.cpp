@@ -91,10 +91,7 @@ class ThreeSDLines : public R_GraphRefLinesFormat {
 // line at x 3 of kSDLines has mean 105 and SD 5.5, so 108 scores 3 / 5.5,
 // where the mean of the two lines' own scores would be 0.6333.
 TEST(RefDataTest, ScoresAndValuesComeFromTheParametersInterpolatedAtX) {
-  const struct {
-    int type;
-    std::string xml;
-  } sets[] = {
+  const struct { int type; std::string xml; } sets[] = {
       {kSD, kSDLines},
       {kSD, "<line x=\"4\"><x>110</x><sd>6</sd></line><line x=\"2\"><x>100</x><sd>5</sd></line>"},
       {kLogSD, "<anamnestic><x>100</x><sd>0.1</sd></anamnestic>"},
@@ -167,10 +164,7 @@ TEST(RefDataTest, ScoresAndValuesComeFromTheParametersInterpolatedAtX) {
 // The x of a line from its attributes; U: the line is refused, also for an
 // x that a line before has.
 TEST(RefDataTest, XOfALineComesFromItsAttributes) {
-  const struct {
-    const char* attributes;
-    double x;
-  } rows[] = {
+  const struct { const char* attributes; double x; } rows[] = {
       {"x=\"3\"", 3}, {"x=\"2,5\"", 2.5}, {"x_from=\"2\" x_to=\"3\"", 2.5}, {"x_from=\"2\" x_to=\"3\" mul=\"12\"", 30},
       {"x=\"6\" div=\"12\"", 0.5}, {"x=\"6\" div=\"0\"", 6}, {"x=\"6\" div=\"?\"", 6}, {"x=\"6\" mul=\"abc\"", 6},
       {"x=\"1\" mul=\"3\" div=\"2\"", 1.5}, {"x=\"1\" x_from=\"5\" x_to=\"7\"", 1}, {"", U}, {"x_from=\"2\"", U},
@@ -203,11 +197,7 @@ TEST(RefDataTest, LoadMessagesNameEachFaultInnermostFirst) {
   const std::string item_end = "Error while processing reference data item.",
                     undefined = "Undefined numeric value in line.";
   const std::string anamnestic_end = closing + "</anamnestic>: anamnestic data load error";
-  const struct {
-    int type;
-    std::string xml;
-    std::vector<std::string> messages;
-  } rows[] = {
+  const struct { int type; std::string xml; std::vector<std::string> messages; } rows[] = {
       {kSD, kList3_50_97, {closing + "</list>: percentile list unexpected", end}},
       {kPercentiles,
        kList3_50_97 + std::string(kList3_50_97) + perc,

@@ -109,10 +109,7 @@ TEST_F(ReferenceTest, LoadMessagesNameEachFaultInnermostFirst) {
   const std::string r = "<name>R</name>", c = "data error closing block ", end = "Error while processing reference";
   const std::string sex = "data error processing standalone tag <sex../>: ";
   const std::string anamnestic = "<anamnestic><x>1</x><sd>1</sd></anamnestic></data>";
-  const struct {
-    std::string xml;
-    std::vector<std::string> messages;
-  } rows[] = {
+  const struct { std::string xml; std::vector<std::string> messages; } rows[] = {
       {r + "<sex sex=\"Male\"/>" + kSDData, {sex + "unrecognized sex", end}},
       {r + "<sex/>" + kSDData, {sex + "unrecognized sex", end}},
       {r + "<sex sex=\"male\"/><sex sex=\"female\"/>" + kSDData, {sex + "duplicate sex definition", end}},

@@ -37,12 +37,11 @@ TEST(ReferenceIndexTest, ManyPairsEachFindTheirOwn) {
   R_ReferenceIndex index;
   for (int i = 0; i < 600; ++i) index.add(R_XYVar(-1, i % 7, i % 300));
   index.finish();
-  for (int y = 0; y < 300; ++y) {
+  for (int y = 0; y < 300; ++y)
     for (int x = 0; x < 7; ++x) {
       std::vector<int> expected;
       for (int i = 0; i < 600; ++i)
         if (i % 7 == x && i % 300 == y) expected.push_back(i);
       ASSERT_EQ(expected, found(index, R_XYVar(-1, x, y))) << x << " " << y;
     }
-  }
 }
