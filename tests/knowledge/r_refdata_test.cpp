@@ -64,15 +64,6 @@ void expectNumber(double expected, const R_Number& number) {
   }
 }
 
-// Loads data of `type` from `bytes`, as reloaded does.
-std::unique_ptr<R_RefData> loadBytes(int type, const Bytes& bytes, bool* ok) {
-  std::unique_ptr<R_RefData> data(new R_RefData(type));
-  R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
-  *ok = true;
-  data->load(stream, ok);
-  return data;
-}
-
 // A graph's general list of lines: -2, 0 and 2 SD.
 class ThreeSDLines : public R_GraphRefLinesFormat {
  public:
@@ -310,10 +301,12 @@ TEST(RefDataTest, LineLookUpAnswersAsTheWalkOverAllLines) {
       bytes =
           bytes + savedBytes(x) + Bytes{0x10} + savedBytes(R_Number(means.back())) + savedBytes(R_Number(sds.back()));
     }
-    bool ok = false;
-    auto data = loadBytes(kSD, bytes, &ok);
-    ASSERT_TRUE(ok);
-    EXPECT_EQ(hexOf(bytes), hexOf(savedBytes(*data)));
+    R_RefData data(kSD);
+    ASSERT_TRUE(reloads(hexOf(bytes), [&](R_InputStream& stream, bool* ok) {
+      data.load(stream, ok);
+      return Bytes();
+    }));
+    EXPECT_EQ(hexOf(bytes), hexOf(savedBytes(data)));
     for (int q = 0; q < 40; ++q) {
       double x = (random() % 90) / 10.0 - 0.5;
       double value = 95.0 + (random() % 300) / 10.0;
@@ -333,7 +326,7 @@ TEST(RefDataTest, LineLookUpAnswersAsTheWalkOverAllLines) {
       }
       SCOPED_TRACE("table " + std::to_string(table) + " x " + std::to_string(x));
       R_Number actual;
-      data->getSD(actual, R_Number(x), R_Number(value));
+      data.getSD(actual, R_Number(x), R_Number(value));
       ASSERT_EQ(expected.isDefined(), actual.isDefined());
       if (expected.isDefined()) {
         EXPECT_EQ(expected.getValue(), actual.getValue());
