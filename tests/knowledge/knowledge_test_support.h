@@ -1,5 +1,5 @@
-// Helpers of the knowledge suites: stored forms loaded back, XML written
-// into a buffer, and statistics made from names.
+// Helpers of the knowledge suites: one check that pins a stored form, XML
+// written into a buffer, and statistics made from names.
 #ifndef TESTS_KNOWLEDGE_KNOWLEDGE_TEST_SUPPORT_H
 #define TESTS_KNOWLEDGE_KNOWLEDGE_TEST_SUPPORT_H
 
@@ -31,6 +31,28 @@ bool reloads(const std::string& hex, Reload reload) {
   bool ok = true;
   reload(stream, &ok);
   return ok;
+}
+
+// Pins a stored form three ways: `saved` is `hex`; `reload` (see reloaded)
+// takes exactly the bytes of `hex` and saves them again; it fails on every
+// proper prefix and when the type byte in front is another.
+template <class Reload>
+void expectPinnedForm(const std::string& hex, const Bytes& saved, Reload reload) {
+  Bytes bytes = bytesOf(hex);
+  EXPECT_EQ(hexOf(bytes), hexOf(saved));
+  for (size_t cut = 0; cut <= bytes.size(); ++cut) {
+    SCOPED_TRACE("cut after " + std::to_string(cut) + " of " + std::to_string(bytes.size()) + " bytes");
+    R_BufferInputStream stream(bytes.data(), static_cast<int>(cut));
+    bool ok = true;
+    Bytes again = reload(stream, &ok);
+    EXPECT_EQ(cut == bytes.size(), ok);
+    if (ok) {
+      EXPECT_EQ(hexOf(bytes), hexOf(again));
+      EXPECT_EQ(-1, stream.readByte()) << "bytes left behind the value";
+    }
+  }
+  bytes[0] ^= 0x40;
+  EXPECT_FALSE(reloads(hexOf(bytes), reload)) << "another type byte";
 }
 
 // The XML that `save(output)` writes, all on one line.
