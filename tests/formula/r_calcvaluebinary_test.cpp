@@ -45,19 +45,19 @@ TEST(CalcValueBinaryTest, LogicalOperatorsAreThreeValuedOnNumbersWhileUndefinedW
   }
 }
 
+// Plain sums and true comparisons are pinned through r_calcexpression_test.cpp;
+// here the edges: equal operands, zero divisors, undefined numbers.
 TEST(CalcValueBinaryTest, ArithmeticAndComparisonsOnNumbers) {
   const struct { double left; B::Operator op; double right; const char* expected; } rows[] = {
-      {7, B::opAdd, 2, "9"},        {7, B::opSubtract, 2, "5"},     {7, B::opMultiply, 2, "14"},
       {7, B::opDivide, 2, "3.5"},   {2, B::opPower, 10, "1024"},    {7, B::opAdd, U, "?"},
       {U, B::opSubtract, 2, "?"},   {7, B::opDivide, 0, "?"},       {0, B::opDivide, 0, "?"},
       {U, B::opDivide, 0, "?"},     {U, B::opPower, 0, "?"},        {0, B::opPower, -1, "inf"},
       // A missing factor next to 0 still gives 0.
       {0, B::opMultiply, U, "0"},   {U, B::opMultiply, 0, "0"},     {U, B::opMultiply, 1, "?"},
       {1, B::opMultiply, U, "?"},   {U, B::opMultiply, U, "?"},
-      {1, B::opEqual, 1, "1"},      {1, B::opEqual, 2, "0"},        {1, B::opNotEqual, 2, "1"},
-      {1, B::opNotEqual, 1, "0"},   {1, B::opLess, 2, "1"},         {2, B::opLess, 2, "0"},
-      {2, B::opLessEqual, 2, "1"},  {3, B::opLessEqual, 2, "0"},    {3, B::opGreater, 2, "1"},
-      {2, B::opGreater, 2, "0"},    {2, B::opGreaterEqual, 2, "1"}, {1, B::opGreaterEqual, 2, "0"},
+      {1, B::opEqual, 2, "0"},      {1, B::opNotEqual, 1, "0"},     {2, B::opLess, 2, "0"},
+      {2, B::opLessEqual, 2, "1"},  {3, B::opLessEqual, 2, "0"},    {2, B::opGreater, 2, "0"},
+      {2, B::opGreaterEqual, 2, "1"}, {1, B::opGreaterEqual, 2, "0"},
       {U, B::opEqual, U, "?"},      {1, B::opLess, U, "?"},
       {0.1 + 0.2, B::opEqual, 0.3, "0"} /* doubles compare exactly */,
   };
