@@ -47,24 +47,3 @@ TEST(FileStatisticsTest, AddVarStoresUpperCaseAndTheLookUpIgnoresCaseAmongManyNa
   }
   EXPECT_EQ(-1, statistics.getVarIndex((letterName(count) + "Q").c_str()));
 }
-
-// Identifiers "AB" and "ab" from a stored file, then 38 more: they are taken
-// as they are, and the look-up finds the first of an equal pair.
-TEST(FileStatisticsTest, StoredIdentifiersAreTakenAsTheyAre) {
-  std::string hex = "05 02 28 00 00 00 02 01 00 00 00 02 02 00 00 00 01 01 00 66 01 01 00 63 20 01 02 D3 07 "
-                    "01 02 00 41 42 01 02 00 61 62 ";
-  for (int i = 0; i < 38; ++i) hex += hexOf(savedBytes(R_String(letterName(i).c_str()))) + " ";
-  R_FileStatistics statistics;
-  ASSERT_TRUE(reloads(hex, [&](R_InputStream& stream, bool* ok) {
-    statistics.load(stream, ok);
-    return Bytes();
-  }));
-  EXPECT_EQ(hex, hexOf(savedBytes(statistics)) + " ");
-  EXPECT_EQ(1, statistics.getRefCount());
-  EXPECT_EQ(2, statistics.getTextCount());
-  EXPECT_STREQ("ab", statistics.getVarName(1));
-  EXPECT_EQ(0, statistics.getVarIndex("ab"));
-  EXPECT_EQ(39, statistics.getVarIndex(letterName(37).c_str()));
-  EXPECT_EQ("<info><filename>f</filename><copyright>c</copyright></info>",
-            xmlWrittenBy([&](R_XMLTextOutput& out) { statistics.saveXML(out); }));
-}

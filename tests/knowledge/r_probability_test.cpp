@@ -52,12 +52,6 @@ void expectNumber(double expected, const R_Number& number) {
   }
 }
 
-std::string text(void (*format)(char*, const R_Number&), double value) {
-  char buffer[64];
-  format(buffer, numberOf(value));
-  return buffer;
-}
-
 }  // namespace
 
 TEST(ProbabilityTest, PercentilesAndSDScoresConvertOnlyInsideTheirRanges) {
@@ -87,27 +81,21 @@ TEST(ProbabilityTest, PercentilesAndSDScoresConvertOnlyInsideTheirRanges) {
   EXPECT_TRUE(R_Probability::isSDInRange(-6.0));
 }
 
-TEST(ProbabilityTest, FormatPercentileUsesFewerDigitsTowardsTheMiddle) {
-  const struct { double percentile; const char* text; } rows[] = {
-      {0.05, "<0.1"}, {0.1, "0.1"}, {9.96, "10.0"}, {12.4, "12"}, {24.5, "25"}, {33, "35"}, {50, "50"},
-      {76, "76"}, {90, "90"}, {90.04, "90.0"}, {99.9, "99.9"}, {99.95, ">99.9"}, {25, "25"}, {75, "75"},
-      {27.4, "25"}, {27.5, "30"}, {0, ""}, {100, ""}, {-1, ""}, {101, ""}, {NAN, ""},
-      {99.99999990181634, ">99.9"},  // the percentile of 6 SD
+// Display forms: percentiles with fewer digits towards the middle, SD scores
+// rounded half away from zero; out of range nothing, beyond 6 SD a bound.
+TEST(ProbabilityTest, DisplayFormsOfPercentilesAndSDScores) {
+  const struct { void (*format)(char*, const R_Number&); double value; const char* text; } rows[] = {
+      {R_Probability::formatPercentile, 0.05, "<0.1"}, {R_Probability::formatPercentile, 9.96, "10.0"},
+      {R_Probability::formatPercentile, 27.4, "25"},   {R_Probability::formatPercentile, 27.5, "30"},
+      {R_Probability::formatPercentile, 76, "76"},     {R_Probability::formatPercentile, 99.95, ">99.9"},
+      {R_Probability::formatPercentile, 100, ""},      {R_Probability::formatSD, -0.125, "-0.13"},
+      {R_Probability::formatSD, 6.0, "6.00"},          {R_Probability::formatSD, 6.01, ">6.0"},
+      {R_Probability::formatSD, -6.5, "<-6.0"},        {R_Probability::formatSD, 12.5, ""},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.percentile);
-    EXPECT_EQ(row.text, text(R_Probability::formatPercentile, row.percentile));
-  }
-}
-
-TEST(ProbabilityTest, FormatSDRoundsHalvesAwayFromZero) {
-  const struct { double sd; const char* text; } rows[] = {
-      {-1.234, "-1.23"}, {6.0, "6.00"}, {6.01, ">6.0"}, {-6.5, "<-6.0"}, {12.5, ""}, {-12.5, ""},
-      {12, ">6.0"}, {-12, "<-6.0"}, {-6, "-6.00"}, {0, "0.00"}, {0.125, "0.13"}, {-0.125, "-0.13"},
-      {1.236, "1.24"}, {NAN, ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.sd);
-    EXPECT_EQ(row.text, text(R_Probability::formatSD, row.sd));
+    SCOPED_TRACE(row.value);
+    char buffer[64];
+    row.format(buffer, numberOf(row.value));
+    EXPECT_STREQ(row.text, buffer);
   }
 }

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -278,59 +277,4 @@ TEST(RefDataTest, XMLFormIsWrittenInLoadOrder) {
   EXPECT_EQ("<percentiles><list><item value=\"3\">P3</item><item value=\"50\">P50</item><item value=\"97\">P97</item>"
             "</list></percentiles><anamnestic><perc> 90  100  110 </perc></anamnestic>",
             xmlWrittenBy([&](R_XMLTextOutput& output) { percentiles->saveXML(output); }));
-}
-
-// The look-up of lines by x must answer as a walk over all lines in order
-// does: the first line of the largest x not above, the first of the
-// smallest x not below. The walk is written out here on its own, and the
-// SD score from it by hand arithmetic, for random tables with repeated and
-// undefined x values, which the stored form keeps as they are.
-TEST(RefDataTest, LineLookUpAnswersAsTheWalkOverAllLines) {
-  std::mt19937 random(20240601);
-  for (int table = 0; table < 200; ++table) {
-    int n = 2 + static_cast<int>(random() % 12);
-    std::vector<double> xs, means, sds;
-    std::vector<bool> defined;
-    Bytes bytes = Bytes{0x11, 0x02, static_cast<unsigned char>(n), 0, 0, 0};
-    for (int i = 0; i < n; ++i) {
-      xs.push_back(static_cast<double>(random() % 8));
-      defined.push_back(random() % 6 != 0);
-      means.push_back(100.0 + random() % 20);
-      sds.push_back(1.0 + random() % 5);
-      R_Number x = defined.back() ? R_Number(xs.back()) : R_Number();
-      bytes =
-          bytes + savedBytes(x) + Bytes{0x10} + savedBytes(R_Number(means.back())) + savedBytes(R_Number(sds.back()));
-    }
-    R_RefData data(kSD);
-    ASSERT_TRUE(reloads(hexOf(bytes), [&](R_InputStream& stream, bool* ok) {
-      data.load(stream, ok);
-      return Bytes();
-    }));
-    EXPECT_EQ(hexOf(bytes), hexOf(savedBytes(data)));
-    for (int q = 0; q < 40; ++q) {
-      double x = (random() % 90) / 10.0 - 0.5;
-      double value = 95.0 + (random() % 300) / 10.0;
-      int low = -1, high = -1;
-      for (int i = 0; i < n; ++i) {
-        if (!defined[i]) continue;
-        if (xs[i] >= x && (high < 0 || xs[high] > xs[i])) high = i;
-        if (x >= xs[i] && (low < 0 || xs[i] > xs[low])) low = i;
-      }
-      R_Number expected;
-      if (low >= 0 && high >= 0) {
-        double ratio = low == high ? 0 : (x - xs[low]) / (xs[high] - xs[low]);
-        double mean = (means[high] - means[low]) * ratio + means[low];
-        double sd = (sds[high] - sds[low]) * ratio + sds[low];
-        double score = (value - mean) / sd;
-        if (score >= -6 && score <= 6) expected.set(score);
-      }
-      SCOPED_TRACE("table " + std::to_string(table) + " x " + std::to_string(x));
-      R_Number actual;
-      data.getSD(actual, R_Number(x), R_Number(value));
-      ASSERT_EQ(expected.isDefined(), actual.isDefined());
-      if (expected.isDefined()) {
-        EXPECT_EQ(expected.getValue(), actual.getValue());
-      }
-    }
-  }
 }

@@ -27,10 +27,8 @@ TEST(XYVarTest, LoadResolvesNamesWithoutRegardToCaseOrSurroundingBlanksAndSaveWr
       {"<avar>Father_HT</avar>", 2, -1, -1, {}, "<avar>FATHER_HT</avar>"},
       // X and the anamnestic variable without Y load: not all three are given.
       {"<xvar>AGE</xvar><avar>FATHER_HT</avar>", 2, 0, -1, {}, "<avar>FATHER_HT</avar><xvar>AGE</xvar>"},
-      {"<zvar>AGE</zvar>", -1, -1, -1, {}, ""},
       {xy + "<avar>FATHER_HT</avar>", 2, 0, 1, {"Both anamnestic and followed reference index.", end}, ""},
       {"<xvar>WEIGHT</xvar>", -1, -1, -1, {"data error closing block </xvar>: wrong x variable", end}, ""},
-      {"<yvar></yvar>", -1, -1, -1, {"data error closing block </yvar>: wrong y variable", end}, ""},
       {"<avar>AG E</avar>", -1, -1, -1, {"data error closing block </avar>: wrong anamnestic variable", end}, ""},
   };
   for (const auto& row : rows) {
@@ -45,13 +43,4 @@ TEST(XYVarTest, LoadResolvesNamesWithoutRegardToCaseOrSurroundingBlanksAndSaveWr
     }
   }
   EXPECT_EQ("<yvar>HEIGHT</yvar>", xmlOf(R_XYVar(3, 7, 1))) << "an index beyond the variables names nothing";
-}
-
-TEST(XYVarTest, DefinedByAFullPairOrAnAnamnesticVariableAndComparedByAllThree) {
-  EXPECT_FALSE(R_XYVar().isDefined() || R_XYVar(-1, 0, -1).isDefined() || R_XYVar(-1, -1, 1).isDefined());
-  EXPECT_TRUE(R_XYVar(-1, 0, 1).isDefined() && R_XYVar(2, 0, -1).isDefined());
-  for (const R_XYVar& other : {R_XYVar(0, 0, 1), R_XYVar(-1, 1, 1), R_XYVar(-1, 0, 0)}) {
-    EXPECT_FALSE(other == R_XYVar(-1, 0, 1));
-    EXPECT_TRUE(other != R_XYVar(-1, 0, 1));
-  }
 }
