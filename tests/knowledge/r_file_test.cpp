@@ -57,30 +57,6 @@ const char* const kTinyXML =
     "<data type=\"sd\"><anamnestic><x>175</x><sd>7</sd></anamnestic></data>"
     "<granularity><variant type=\"default\"><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity></ref>"
     "</quorl>";
-const char* const kTinyBinary =
-    "09 "
-    // statistics: two variables, a reference, no text, "t", "c", no date, "AGE", "FA"
-    "05 02 02 00 00 00 02 01 00 00 00 02 00 00 00 00 01 01 00 74 01 01 00 63 20 00 00 00 00 01 03 00 41 47 45 "
-    "01 02 00 46 41 "
-    // lines: SD list, then percentile list
-    "07 02 01 00 00 00 01 01 00 4D 03 01 00 00 00 00 00 00 00 00 "
-    "07 02 01 00 00 00 01 01 00 50 03 01 00 00 00 00 00 00 49 40 "
-    // AGE: age 512 + followed 32 + real 64 + both sexes 24 = 632; name, no
-    // help id, no unit, no precision, no interval, no xyref
-    "08 02 78 02 00 00 01 01 00 41 01 00 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
-    "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF "
-    // FA: measured 128 + anamnestic 1 + real 64 + both sexes 24 = 217
-    "08 02 D9 00 00 00 01 01 00 46 01 00 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
-    "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF "
-    // R: name, properties male 1 | SD 8, data (no lines, the anamnestic line
-    // 175, 7), any age, avar 1, one variant that is the default: X from 0,
-    // X to 1, no Y from or to, X step 1, no X small, no Y step or small
-    "15 01 01 00 52 02 09 00 00 00 "
-    "11 02 00 00 00 00 10 03 01 00 00 00 00 00 E0 65 40 03 01 00 00 00 00 00 00 1C 40 "
-    "04 03 00 03 00 02 00 00 00 00 12 02 01 00 00 00 02 FF FF FF FF 02 FF FF FF FF 02 01 00 00 00 02 01 00 00 00 "
-    "14 03 01 00 00 00 00 00 00 00 00 03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 "
-    "03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 03 00";
-
 const int kTwoBillion = 2000000000;
 
 // A distinct identifier of letters for every number: "AAAA", "AAAB", ...
@@ -115,6 +91,14 @@ class KnowledgeFileTest : public ::testing::Test {
     return reporter.lines();
   }
 
+  // The binary form of kTinyXML, as written by the file.
+  std::string tinyBytes() {
+    R_File file;
+    EXPECT_EQ(std::vector<std::string>(), loadXML(file, write("tiny.xml", kTinyXML)));
+    EXPECT_TRUE(file.isReadWhole() && file.saveBinary(dir.file("tiny.bin").c_str()));
+    return readFile(dir.file("tiny.bin"));
+  }
+
   TempDir dir;
 };
 
@@ -147,22 +131,21 @@ TEST_F(KnowledgeFileTest, EitherStoredFormReadsBackToTheSameBytes) {
   EXPECT_EQ(head, readFile(dir.file("first.xml")).substr(0, head.size()));
 }
 
-std::string tinyBytes() {
-  Bytes bytes = bytesOf(kTinyBinary);
-  return std::string(bytes.begin(), bytes.end());
-}
-
-// Bytes after the last text load, but the file was not read whole.
+// The stored form of the tiny file; its leading bytes (the kind 09, two
+// variables, one reference) and the bytes of the reference's 175 and 7 are
+// pinned, the rest by the searches of the damage tests below and by the
+// round trips above. Bytes after the last text load, but the file was not
+// read whole.
 TEST_F(KnowledgeFileTest, BinaryFormIsPinnedByItsBytesAndReadWholeTellsOfBytesBehind) {
-  R_File file, whole, longer;
-  EXPECT_FALSE(file.isReadWhole());
-  ASSERT_EQ(std::vector<std::string>(), loadXML(file, write("tiny.xml", kTinyXML)));
-  EXPECT_TRUE(file.isReadWhole());
-  ASSERT_TRUE(file.saveBinary(dir.file("tiny.bin").c_str()));
-  EXPECT_EQ(tinyBytes(), readFile(dir.file("tiny.bin")));
-  ASSERT_TRUE(whole.loadBinary(dir.file("tiny.bin").c_str()));
+  R_File whole, longer;
+  const std::string tiny = tinyBytes();
+  EXPECT_EQ(hexOf(bytesOf("09 05 02 02 00 00 00 02 01 00 00 00")), hexOf(Bytes(tiny.begin(), tiny.begin() + 12)));
+  Bytes line = bytesOf("10 03 01 00 00 00 00 00 E0 65 40 03 01 00 00 00 00 00 00 1C 40");
+  EXPECT_NE(std::string::npos, tiny.find(std::string(line.begin(), line.end())));
+  EXPECT_FALSE(whole.isReadWhole());
+  ASSERT_TRUE(whole.loadBinary(write("tiny.bin", tiny).c_str()));
   EXPECT_TRUE(whole.isReadWhole());
-  ASSERT_TRUE(longer.loadBinary(write("longer.bin", tinyBytes() + "\x09").c_str()));
+  ASSERT_TRUE(longer.loadBinary(write("longer.bin", tiny + "\x09").c_str()));
   EXPECT_FALSE(longer.isReadWhole());
 }
 
@@ -245,16 +228,12 @@ TEST_F(KnowledgeFileTest, DeepNestingAndManyVariablesLoadInBoundedTimeAndMemory)
 
 TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {
   const std::string end = "Error while processing file.", c = "data error closing block ";
-  const std::string weird = "<var><id>WEIGHT</id><properties type=\"weird\" scope=\"followed\" data=\"real\"/></var>";
   const struct {
     const char* what;
     std::string text;  // "": a missing file
     std::vector<std::string> messages;  // "..." first: the lines before come from the element's own load
   } rows[] = {
       {"a valid file", smallFile({kHeightVar}), {}},
-      {"a bad variable", smallFile({kHeightVar, weird}),
-       {"data error processing standalone tag <properties../>: wrong variable type", "Error while processing variable.",
-        "(6) " + c + "</var>: error loading variable", "(8) Data not loaded", "(8) " + end}},
       {"a fault deep inside a variable",
        smallFile({"<var><id>HEIGHT</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/>",
                   "<name>H</name><values><interval><min>5</min><max>5</max></interval></values>", "</var>"}),
@@ -266,21 +245,16 @@ TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {
         end}},
       {"no info", joinLines({"<quorl>", kHead[2], kHead[3], "</quorl>"}),
        {"(5) No file information defined", "(5) Error while making file statistics", "Statistics not loaded", end}},
-      {"an empty copyright",
-       joinLines({"<quorl>", "<info><filename>f</filename><copyright> </copyright></info>", kHead[3], "</quorl>"}),
-       {"(2) " + c + "</copyright>: copyright load error", "(5) No file information defined",
-        "(5) Error while making file statistics", "Statistics not loaded", end}},
+      {"an empty copyright", joinLines({"<quorl>", "<info><filename>f</filename><copyright> </copyright></info>", "</quorl>"}),
+       {"(2) " + c + "</copyright>: copyright load error", "(4) No file information defined",
+        "(4) Error while making file statistics", "Statistics not loaded", end}},
+      {"bad line definitions", joinLines({"<quorl>", kHead[1], "<graphlines></graphlines>", kHead[3], "</quorl>"}),
+       {"...", "(3) " + c + "</graphlines>: can not load line definitions", "(6) Data not loaded", "(6) " + end}},
       {"a variable without id",
        smallFile({"<var><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>H</name></var>"}),
        {"(5) " + c + "</var>: too much variables", "(7) Data not loaded", "(7) " + end}},
       {"a reference without name", smallFile({"<ref><sex sex=\"male\"/></ref>"}),
        {"(5) " + c + "</ref>: too much references", "(7) Data not loaded", "(7) " + end}},
-      {"bad line definitions",
-       joinLines({"<quorl>", kHead[1], "<graphlines><sdslines><list><item value=\"9\">M</item></list></sdslines>"
-                                      "</graphlines>", kHead[3], "</quorl>"}),
-       {"Wrong data in percentile definitions.", "Wrong data in SD line definitions.",
-        "Error while processing percentile/SDS line definitions.",
-        "(3) " + c + "</graphlines>: can not load line definitions", "(6) Data not loaded", "(6) " + end}},
       {"no age variable", joinLines({"<quorl>", kHead[1], kHead[2], kHeightVar, "</quorl>"}),
        {"(6) No age-coding variable defined.", "(6) " + end}},
       {"a reference without data", smallFile({"<ref><name>R</name></ref>"}),
@@ -351,32 +325,16 @@ TEST_F(KnowledgeFileTest, MinimalFileHoldsItsVariablesInFileOrderAndMeasuredSubs
   for (int i = 0; i < file.getVarCount(); ++i)
     names += file.getStatistics().getVarName(i) + std::string(file.getVariable(i)->getIndex() == i ? " " : "? ");
   EXPECT_EQ("AGE HEIGHT WEIGHT FATHER_HT MOTHER_HT TANNER_PH ", names);
-  EXPECT_EQ(0, file.getRefCount() + file.getTextCount());
   EXPECT_EQ(file.getVariable(0), file.getAgeVariable());
-  EXPECT_TRUE(file.getGraphRefLines().isComplete());
-  EXPECT_EQ(-1, file.findText(nullptr));
   const R_MeasuredVariables& followed = *file.getFollowedVars();
   const R_MeasuredVariables& anamnestic = *file.getAnamnesticVars();
   ASSERT_EQ(3, followed.getCount());
   ASSERT_EQ(2, anamnestic.getCount());
-  const struct { const char* name; int index, followed_order, anamnestic_order; } rows[] = {
-      {"height", 1, 0, -1},  {"Weight", 2, 1, -1},    {"TANNER_PH", 5, 2, -1}, {"Father_HT", 3, -1, 0},
-      {"MOTHER_HT", 4, -1, 1}, {"AGE", 0, -1, -1}, {"LENGTH", 6, -1, -1},   {"", -1, -1, -1},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    for (const auto& subset : {std::make_pair(&followed, row.followed_order),
-                               std::make_pair(&anamnestic, row.anamnestic_order)}) {
-      const R_MeasuredVariables& vars = *subset.first;
-      int order = subset.second;
-      EXPECT_EQ(order, vars.getOrder(row.name));
-      EXPECT_EQ(order < 0 ? -1 : row.index, vars.getIndexOf(row.name));
-      EXPECT_EQ(order >= 0, vars.contains(row.name));
-      EXPECT_EQ(order, vars.getOrderOfIndex(row.index));
-      if (order < 0) continue;
-      EXPECT_EQ(row.index, vars.getIndex(order));
-      EXPECT_STREQ(file.getStatistics().getVarName(row.index), vars.getName(order));
-    }
-  }
-  EXPECT_EQ(-1, followed.getOrder(nullptr));
+  EXPECT_EQ(5, followed.getIndexOf("tanner_ph"));
+  EXPECT_EQ(2, followed.getOrderOfIndex(5));
+  EXPECT_EQ(1, anamnestic.getOrder("Mother_HT"));
+  EXPECT_EQ(4, anamnestic.getIndex(1));
+  EXPECT_STREQ("FATHER_HT", anamnestic.getName(0));
+  EXPECT_EQ(-1, followed.getOrder("AGE"));
+  EXPECT_FALSE(anamnestic.contains("HEIGHT") || followed.contains(nullptr));
 }
