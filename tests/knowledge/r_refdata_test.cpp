@@ -10,6 +10,7 @@
 #include "knowledge/r_graphreflinesformat.h"
 #include "knowledge/r_refdataline.h"
 #include "knowledge/r_refdatapercentiles.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -180,68 +181,10 @@ TEST(RefDataTest, XOfALineComesFromItsAttributes) {
 }
 
 TEST(RefDataTest, LoadMessagesNameEachFaultInnermostFirst) {
-  const std::string perc = "<anamnestic><perc>90 100 110</perc></anamnestic>",
-                    sd1 = "<anamnestic><x>1</x><sd>1</sd></anamnestic>";
-  const std::string list1 = "<percentiles><list><item value=\"50\">P50</item></list></percentiles>";
-  const std::string closing = "data error closing block ", end = "Error while processing reference data";
-  const std::string item_end = "Error while processing reference data item.",
-                    undefined = "Undefined numeric value in line.";
-  const std::string anamnestic_end = closing + "</anamnestic>: anamnestic data load error";
-  const struct { int type; std::string xml; std::vector<std::string> messages; } rows[] = {
-      {kSD, kList3_50_97, {closing + "</list>: percentile list unexpected", end}},
-      {kPercentiles,
-       kList3_50_97 + std::string(kList3_50_97) + perc,
-       {closing + "</list>: duplicate percentile list", end}},
-      {kPercentiles,
-       "<percentiles><list><item value=\"3\">a</item><item value=\"3\">b</item></list></percentiles>",
-       {closing + "</item>: wrong or duplicate list item", "Error while processing list.",
-        closing + "</list>: percentile list load error", end}},
-      {kSD, sd1 + sd1, {closing + "</anamnestic>: double anamnestic data", end}},
-      {kSD,
-       "<line x=\"2\"><x>100</x><sd>5</sd></line>" + sd1,
-       {closing + "</anamnestic>: anamnestic and followed data defined", end}},
-      {kSD,
-       sd1 + kSDLines,
-       {closing + "</line>: data and anamnestic data defined", closing + "</line>: data and anamnestic data defined",
-        end}},
-      {kPercentiles,
-       perc + kList3_50_97,
-       {closing + "</anamnestic>: percentile definition must precede anamnestic values", end}},
-      {kPercentiles,
-       "<line x=\"1\"><perc>1 2 3</perc></line>" + std::string(kList3_50_97),
-       {closing + "</line>: Percentile definition must precede data", end}},
-      {kPercentiles,
-       list1 + "<anamnestic><perc>1</perc></anamnestic>",
-       {closing + "</anamnestic>: percentile list too short for anamnestic values", end}},
-      {kPercentiles,
-       list1 + "<line x=\"1\"><perc>1</perc></line>",
-       {closing + "</line>: Percentile definition must precede data", end}},
-      {kSD,
-       "<anamnestic><x>abc</x><sd>1</sd></anamnestic>",
-       {closing + "</x>: x value error", undefined, item_end, anamnestic_end, end}},
-      {kSD,
-       "<anamnestic><x>1</x><sd></sd></anamnestic>",
-       {closing + "</sd>: sd value error", undefined, item_end, anamnestic_end, end}},
-      {kSD, "<anamnestic><x>1</x></anamnestic>", {undefined, item_end, anamnestic_end, end}},
-      {kLogSD, "<anamnestic><x>1</x><sd>0</sd></anamnestic>", {"Wrong SD value.", item_end, anamnestic_end, end}},
-      {kSD,
-       "<anamnestic><perc>1 2</perc></anamnestic>",
-       {closing + "</perc>: percentile values error", undefined, item_end, anamnestic_end, end}},
-      {kPercentiles,
-       kList3_50_97 + std::string("<anamnestic><x>1</x><perc>1 2 3</perc></anamnestic>"),
-       {closing + "</x>: data should be in percentiles", item_end, anamnestic_end, end}},
-      {kPercentiles,
-       kList3_50_97 + std::string("<anamnestic><perc>1 2</perc></anamnestic>"),
-       {closing + "</perc>: percentile values error", undefined, item_end, anamnestic_end, end}},
-      {kPercentiles,
-       kList3_50_97 + std::string("<anamnestic><perc>1 x 3</perc></anamnestic>"),
-       {undefined, item_end, anamnestic_end, end}},
-      {kSD, " ", {"No reference values defined", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/refdata_messages.txt")) {
+    SCOPED_TRACE(row.input);
     std::unique_ptr<R_RefData> data;
-    EXPECT_EQ(row.messages, load(row.type, row.xml, &data));
+    EXPECT_EQ(row.out, load(row.label == "sd" ? kSD : row.label == "logsd" ? kLogSD : kPercentiles, row.input, &data));
   }
 }
 

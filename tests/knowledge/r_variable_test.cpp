@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -47,58 +48,16 @@ class VariableTest : public ::testing::Test {
 
 }  // namespace
 
+// kHeight, kTanner and kBMI load; the faults are in variable_messages.txt.
 TEST_F(VariableTest, LoadReportsEveryFaultInnermostFirst) {
-  // HEIGHT with the given properties attributes and no name.
-  auto height = [](const std::string& attributes) { return "<id>HEIGHT</id><properties " + attributes + "/>"; };
-  const std::string c = "data error closing block ", tag = "data error processing standalone tag <properties../>: ";
-  const std::string end = "Error while processing variable.", item1 = "<item value=\"1\">a</item>";
-  const struct {
-    std::string xml;
-    std::vector<std::string> messages;  // empty: the load succeeds
-  } rows[] = {
-      {kHeight, {}},
-      {kTanner, {}},
-      {kBMI, {}},
-      {kHeightHead + "<unit></unit>", {}},    // an empty unit is a unit
-      {kHeightHead + "<unit></unit><unit>cm</unit>", {c + "</unit>: double defined unit", end}},
-      {kHeightHead + "<precision>abc</precision>", {c + "</precision>: precision load error", end}},
-      {height("type=\"measured\" scope=\"followed\" data=\"real\"") + "<name> </name>",
-       {c + "</name>: variable name load error", end}},
-      {kHeightHead + "<id></id>", {c + "</id>: variable code is not recognized", end}},
-      {"<id>LENGTH</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>L</name>",
-       {"Variable identification does notch match pre-scan.", end}},
-      {"<id>HEIGHT</id><name>H</name>", {"No properties/name defined.", end}},
-      {height("type=\"weight\" scope=\"followed\" data=\"real\"") + "<name>H</name>",
-       {tag + "wrong variable type", end}},
-      {height("type=\"measured\" scope=\"followed\" data=\"Real\"") + "<name>H</name>",
-       {tag + "wrong variable data type", end}},
-      {kHeightHead + "<values><interval><min>1</min></interval><interval><max>2</max></interval></values>",
-       {c + "</interval>: double defined interval", end}},
-      {kHeightHead + "<values><interval><min>2</min><max>1</max></interval></values>",
-       {"Invalid interval definition (min > max).", "Error while processing interval.",
-        c + "</interval>: variable values load error", end}},
-      {kTannerHead + "<values><list>" + item1 + "</list></values>", {"No list items.", end}},
-      {kTanner + "<values><list>" + item1 + "<item value=\"2\">b</item></list></values>",
-       {c + "</list>: double defined list", end}},
-      {kTannerHead + "<values><list>" + item1 + item1 + "</list></values>",
-       {c + "</item>: wrong or duplicate list item", "Error while processing list.",
-        c + "</list>: list of values load error", end}},
-      {kHeightHead + "<values><list>" + item1 + "</list></values>", {"List items in real variable definition.", end}},
-      {"<id>BMI</id><properties type=\"calculated\" scope=\"followed\" data=\"real\"/><name>BMI</name>",
-       {"No compute methods.", end}},
-      {kHeightHead + "<method><compute>WEIGHT</compute></method>", {"Compute methods in followed variable.", end}},
-      {kHeightHead + "<xyref><xvar>LENGTH</xvar></xyref>",
-       {c + "</xvar>: wrong x variable", "Error while processing X-Y variable definition.",
-        c + "</xyref>: x-y definition load error", end}},
-      {kHeightHead + "<helpid></helpid>", {c + "</helpid>: variable help-id load error", end}},
-      // The checks after the parse all run and all report.
-      {"<id>LENGTH</id>" + kTannerHead.substr(15) + "<values><list>" + item1 + "</list></values>",
-       {"No list items.", "Variable identification does notch match pre-scan.", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const std::string& good : {kHeight, kTanner, kBMI}) {
     R_Variable variable;
-    EXPECT_EQ(row.messages, load(variable, row.xml));
+    EXPECT_EQ(std::vector<std::string>(), load(variable, good));
+  }
+  for (const TextCase& row : readCases("knowledge/variable_messages.txt")) {
+    SCOPED_TRACE(row.input);
+    R_Variable variable;
+    EXPECT_EQ(row.out, load(variable, row.input));
   }
 }
 
