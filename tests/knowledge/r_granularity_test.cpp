@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -43,32 +44,10 @@ TEST(GranularityTest, LoadAcceptsEitherAxisOrBothAndTheXMLFormHoldsEachDefinedAx
 }
 
 TEST(GranularityTest, LoadRefusesNearMissesWithTheirMessages) {
-  const std::string end = "Error while processing granularity variant.";
-  const std::string x_error = "data error processing standalone tag <xaxe../>: granularity x error";
-  const std::string y_error = "data error processing standalone tag <yaxe../>: granularity y error";
-  const std::string missing = "Missing at least some granularity values.", wrong_x = "Wrong X granularity values.";
-  const std::string missing_x = "Missing some X granularity values.";
-  const struct { const char* xml; std::vector<std::string> messages; } rows[] = {
-      {" ", {missing, end}},
-      {"<zaxe from=\"0\" to=\"1\" step=\"1\"/>", {missing, end}},
-      {"<xaxe from=\"1\" to=\"1\" step=\"1\"/>", {wrong_x, end}},
-      {"<xaxe from=\"2\" to=\"1\" step=\"1\"/>", {wrong_x, end}},
-      {"<xaxe from=\"0\" to=\"1\" step=\"0\"/>", {wrong_x, end}},
-      {"<xaxe from=\"0\" to=\"1\" step=\"1\" small=\"0\"/>", {wrong_x, end}},
-      {"<yaxe from=\"0\" to=\"1\" step=\"0\"/>", {"Wrong Y granularity values.", end}},
-      {"<xaxe from=\"0\" to=\"0\" step=\"1\"/><yaxe from=\"0\" to=\"0\" step=\"1\"/>",
-       {wrong_x, "Wrong Y granularity values.", end}},
-      {"<xaxe from=\"0\" step=\"1\"/>", {x_error, missing_x, end}},
-      {"<xaxe from=\"0\" to=\"1\" step=\"x\"/>", {x_error, missing_x, end}},
-      {"<yaxe from=\"0\" to=\"?\" step=\"1\"/>", {y_error, "Missing some Y granularity values.", end}},
-      {"<xaxe to=\"1\" step=\"1\"/>", {x_error, end}},
-      {"<xaxe from=\"\" to=\"1\" step=\"1\"/>", {x_error, end}},
-      {"<xaxe from=\"0\" to=\"1\"/><yaxe to=\"1\" step=\"1\"/>", {x_error, y_error, missing_x, end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/granularity_messages.txt")) {
+    SCOPED_TRACE(row.input);
     R_Granularity variant;
-    EXPECT_EQ(row.messages, load(variant, row.xml));
+    EXPECT_EQ(row.out, load(variant, row.input.c_str()));
   }
 }
 

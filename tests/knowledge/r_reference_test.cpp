@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -70,36 +71,10 @@ TEST_F(ReferenceTest, PropertiesHoldTheSexAndTheDataType) {
 }
 
 TEST_F(ReferenceTest, LoadMessagesNameEachFaultInnermostFirst) {
-  const std::string r = "<name>R</name>", c = "data error closing block ", end = "Error while processing reference";
-  const std::string sex = "data error processing standalone tag <sex../>: ";
-  const std::string anamnestic = "<anamnestic><x>1</x><sd>1</sd></anamnestic></data>";
-  const struct { std::string xml; std::vector<std::string> messages; } rows[] = {
-      {r + "<sex sex=\"Male\"/>" + kSDData, {sex + "unrecognized sex", end}},
-      {r + "<sex/>" + kSDData, {sex + "unrecognized sex", end}},
-      {r + "<sex sex=\"male\"/><sex sex=\"female\"/>" + kSDData, {sex + "duplicate sex definition", end}},
-      {r, {"No data defined", end}},
-      {kSDData, {"Name not defined", end}},
-      {"<sex sex=\"male\"/>", {"No data defined", "Name not defined", end}},
-      {"<name> \n </name>" + std::string(kSDData), {c + "</name>: reference name not defined", end}},
-      {r + "<data type=\"SD\">" + anamnestic, {c + "</data>: unknown reference data type", end}},
-      {r + "<data>" + anamnestic, {c + "</data>: unknown reference data type", end}},
-      {r + kSDData + kSDData, {c + "</data>: duplicate data", end}},
-      {r + "<data type=\"sd\"> </data>",
-       {"No reference values defined", "Error while processing reference data", c + "</data>: data load error", end}},
-      {r + "<xyref><xvar>AGE</xvar><yvar>NOPE</yvar></xyref>" + kSDData,
-       {c + "</yvar>: wrong y variable", "Error while processing X-Y variable definition.",
-        c + "</xyref>: x-y definition load error", end}},
-      {r + "<age><interval><min>5</min><max>3</max></interval></age>" + kSDData,
-       {"Invalid interval definition (min > max).", "Error while processing interval.",
-        c + "</interval>: age load error", end}},
-      {r + kSDData + "<granularity><variant> </variant></granularity>",
-       {"Missing at least some granularity values.", "Error while processing granularity variant.",
-        c + "</variant>: granularity load error", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/reference_messages.txt")) {
+    SCOPED_TRACE(row.input);
     R_Reference reference;
-    EXPECT_EQ(row.messages, load(reference, row.xml, false));
+    EXPECT_EQ(row.out, load(reference, row.input, false));
   }
 }
 
