@@ -7,9 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "knowledge/r_file.h"
 #include "tests/formula/calcvalue_text.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/support/test_files.h"
 
 namespace {
@@ -43,29 +45,11 @@ struct ChainRow {
 }  // namespace
 
 TEST(CalcValueMethodChainTest, ChainsOnASeriesWithAGap) {
-  const ChainRow rows[] = {
-      {"AGE_ABOVE[2] FIRST_DEFINED", "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"}, {"FIRST_DEFINED AGE_ABOVE[2]", "undefined"},
-      {"ABOVE", "undefined"},
-      {"FIRST_DEFINED", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},             {"LAST_DEFINED[2]", "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},
-      {"FIRST_DEFINED[0]", "undefined"},                           {"FIRST_VISIT[2]", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"FIRST_VISIT[9] LAST_VISIT[9]", "{1 70 1|2 ? 2|3 95 3|4 100 4}"},
-      {"LAST_VISIT[2]", "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},           {"ABOVE[90]", "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},
-      {"ABOVEOR[95] BELOW[100]", "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"BELOWOR[95] X_ABOVEOR[3]", "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"X_BELOW[3] AGE_BELOWOR[1]", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"AGE_ABOVEOR[4] X_ABOVE[3]", "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},
-      {"N", "3"},
-      {"AVG", "88.3333"},   {"STDEV", "16.0728"},   {"SLOPE", "10.3571"},   {"LAST_DEFINED AVG", "100"},
-      {"LAST_DEFINED STDEV", "undefined"},  {"IS_POINT", "0"},  {"LAST_DEFINED IS_POINT", "1"},  {"IS_LAST_VISIT", "1"},
-      {"FIRST_VISIT[3] IS_LAST_VISIT", "0"},                       {"DEFINED", "{1 1 1|2 0 2|3 1 3|4 1 4}"},
-      {"FIRST_DEFINED DEFINED", "{1 1 1|2 ? 2|3 ? 3|4 ? 4}"},      {"ABOVE[200] DEFINED", "0"},
-      {"AGE", "{1 1 1|2 ? 2|3 3 3|4 4 4}"},                        {"X", "{1 1 1|2 ? 2|3 3 3|4 4 4}"},
-      {"MAX", "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},                      {"MIN[2]", "{1 70 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"MAX Y", "100"},  {"Y", "{1 70 1|2 ? 2|3 95 3|4 100 4}"},   {"NOSUCH", "undefined"},
-  };
-  for (const ChainRow& row : rows) {
-    SCOPED_TRACE(row.definition);
-    EXPECT_EQ(row.expected, chain(gapped(), row.definition));
+  for (const TextCase& row : readCases("formula/chains.txt")) {
+    SCOPED_TRACE(row.label);
+    size_t at = row.label.find(" @ ");
+    int visit = at == std::string::npos ? -1 : std::stoi(row.label.substr(at + 3));
+    EXPECT_EQ(row.out, std::vector<std::string>{chain(gapped(), row.label.substr(0, at).c_str(), "HEIGHT", visit)});
   }
   R_CalcValue late = series({{1, U, 1}, {2, 80, 2}});
   EXPECT_EQ("undefined", chain(late, "FIRST_VISIT[1]")) << "positions count whether or not they hold a value";
@@ -73,22 +57,6 @@ TEST(CalcValueMethodChainTest, ChainsOnASeriesWithAGap) {
   // A series without a valid point has no average, spread or slope.
   for (const char* definition : {"AVG", "STDEV", "SLOPE"})
     EXPECT_EQ("undefined", chain(rawSeries({{1, U, 1}, {2, U, 2}}), definition)) << definition;
-}
-
-TEST(CalcValueMethodChainTest, VisitBoundMethodsAtTheEdgesOfTheVisits) {
-  const struct { const char* definition; int visit; const char* expected; } rows[] = {
-      {"PREV", 0, "undefined"},  {"PREV", 2, "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},  {"PREV", 3, "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"NEXT", -1, "undefined"},        {"NEXT", 0, "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"NEXT", 3, "undefined"},         {"NEXT", 4, "undefined"},  {"NOW", -1, "undefined"},  {"NOW", 1, "undefined"},
-      {"NOW", 3, "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},  {"NOW", 4, "undefined"},
-      {"X_WINDOW[1]", 2, "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},  {"X_WINDOW[1]", 1, "undefined"},
-      {"X_WINDOW", 2, "undefined"},     {"AGE_WINDOW[1.5]", 0, "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"AGE_WINDOW[0]", 3, "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.definition) + " at visit " + std::to_string(row.visit));
-    EXPECT_EQ(row.expected, chain(gapped(), row.definition, "HEIGHT", row.visit));
-  }
 }
 
 TEST(CalcValueMethodChainTest, ScalarsPassValueFiltersButHaveNoAxesOrPositionsAndOnlyDefinedDefinesUndefined) {
