@@ -10,6 +10,7 @@
 #include "knowledge/r_measuredvariables.h"
 #include "knowledge/r_variable.h"
 #include "knowledge/r_xyvar.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/resource_meter.h"
 #include "tests/support/test_files.h"
@@ -33,17 +34,6 @@ std::string joinLines(const std::vector<std::string>& lines) {
   for (const std::string& line : lines) text += line + "\n";
   return text;
 }
-
-// The lines of a file: the small head, then `body`, then the end of `quorl`.
-std::string smallFile(const std::vector<std::string>& body) {
-  std::vector<std::string> lines = kHead;
-  lines.insert(lines.end(), body.begin(), body.end());
-  lines.push_back("</quorl>");
-  return joinLines(lines);
-}
-
-const char* const kHeightVar =
-    "<var><id>HEIGHT</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>H</name></var>";
 
 // The tiny file: the age variable "AGE" named "A", lines [0 "M"] and [50
 // "P"], the anamnestic "FA", and the reference "R" of FA for boys.
@@ -227,54 +217,20 @@ TEST_F(KnowledgeFileTest, DeepNestingAndManyVariablesLoadInBoundedTimeAndMemory)
 }
 
 TEST_F(KnowledgeFileTest, LoadXMLReportsEachFaultInnermostFirstWithItsLine) {
-  const std::string end = "Error while processing file.", c = "data error closing block ";
-  const struct {
-    const char* what;
-    std::string text;  // "": a missing file
-    std::vector<std::string> messages;  // "..." first: the lines before come from the element's own load
-  } rows[] = {
-      {"a valid file", smallFile({kHeightVar}), {}},
-      {"a fault deep inside a variable",
-       smallFile({"<var><id>HEIGHT</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/>",
-                  "<name>H</name><values><interval><min>5</min><max>5</max></interval></values>", "</var>"}),
-       {"Invalid interval definition (min > max).", "Error while processing interval.",
-        c + "</interval>: variable values load error", "Error while processing variable.",
-        "(7) " + c + "</var>: error loading variable", "(9) Data not loaded", "(9) " + end}},
-      {"ids that clash without regard to case", smallFile({kHeightVar, "<var><id>height</id></var>"}),
-       {"(6) " + c + "</id>: variable code is wrong", "(8) Error while making file statistics", "Statistics not loaded",
-        end}},
-      {"no info", joinLines({"<quorl>", kHead[2], kHead[3], "</quorl>"}),
-       {"(5) No file information defined", "(5) Error while making file statistics", "Statistics not loaded", end}},
-      {"an empty copyright", joinLines({"<quorl>", "<info><filename>f</filename><copyright> </copyright></info>", "</quorl>"}),
-       {"(2) " + c + "</copyright>: copyright load error", "(4) No file information defined",
-        "(4) Error while making file statistics", "Statistics not loaded", end}},
-      {"bad line definitions", joinLines({"<quorl>", kHead[1], "<graphlines></graphlines>", kHead[3], "</quorl>"}),
-       {"...", "(3) " + c + "</graphlines>: can not load line definitions", "(6) Data not loaded", "(6) " + end}},
-      {"a variable without id",
-       smallFile({"<var><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>H</name></var>"}),
-       {"(5) " + c + "</var>: too much variables", "(7) Data not loaded", "(7) " + end}},
-      {"a reference without name", smallFile({"<ref><sex sex=\"male\"/></ref>"}),
-       {"(5) " + c + "</ref>: too much references", "(7) Data not loaded", "(7) " + end}},
-      {"no age variable", joinLines({"<quorl>", kHead[1], kHead[2], kHeightVar, "</quorl>"}),
-       {"(6) No age-coding variable defined.", "(6) " + end}},
-      {"a reference without data", smallFile({"<ref><name>R</name></ref>"}),
-       {"...", "(5) " + c + "</ref>: error loading reference", "(7) Data not loaded", "(7) " + end}},
-      {"a broken structure", smallFile({"<var><id>HEIGHT</id></vat>"}),
-       {"(5) wrong structure: vat", "(5) Error while making file statistics", "Statistics not loaded", end}},
-      {"a missing file", "",
-       {"no input data", "No file information defined", "Error while making file statistics", "Statistics not loaded",
-        end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
+  std::vector<TextCase> rows = readCases("knowledge/file_messages.txt");
+  rows.push_back(TextCase{"a missing file", "", {"no input data", "No file information defined",
+                                                  "Error while making file statistics", "Statistics not loaded",
+                                                  "Error while processing file."}});
+  for (const TextCase& row : rows) {
+    SCOPED_TRACE(row.label);
     R_File file;
     std::vector<std::string> messages =
-        loadXML(file, row.text.empty() ? dir.file("none.xml") : write("file.xml", row.text));
-    EXPECT_EQ(row.messages.empty(), file.isOK());
-    bool tail = !row.messages.empty() && row.messages[0] == "...";
-    if (tail && messages.size() >= row.messages.size())
-      messages.erase(messages.begin(), messages.end() - static_cast<long>(row.messages.size() - 1));
-    EXPECT_EQ(std::vector<std::string>(row.messages.begin() + tail, row.messages.end()), messages);
+        loadXML(file, row.input.empty() ? dir.file("none.xml") : write("file.xml", row.input));
+    EXPECT_EQ(row.out.empty(), file.isOK());
+    bool tail = !row.out.empty() && row.out[0] == "...";
+    if (tail && messages.size() >= row.out.size())
+      messages.erase(messages.begin(), messages.end() - static_cast<long>(row.out.size() - 1));
+    EXPECT_EQ(std::vector<std::string>(row.out.begin() + tail, row.out.end()), messages);
   }
 }
 
