@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,15 +16,8 @@
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
-// Expected scores and values were worked out by an independent python3
-// script: it sums the same normal series, runs the same 30-step bisection
-// for the SD scores of percentiles, and interpolates as
-// (y1 - y0) * ((x - x0) / (x1 - x0)) + y0, all in IEEE doubles. Its output
-// is pasted below as constants; the simple ones are hand arithmetic.
 namespace {
 
-const double kSD3 = -1.8807936049997807;  // percentile 3
-const double kSD97 = 1.8807936049997807;  // percentile 97
 const double U = NAN;                     // an undefined number in the tables
 
 const int kSD = R_RefDataLine::typeSD;
@@ -55,8 +50,6 @@ std::unique_ptr<R_RefData> loadGood(int type, const std::string& xml) {
   return data;
 }
 
-R_Number numberOf(double value) { return std::isnan(value) ? R_Number() : R_Number(value); }
-
 void expectNumber(double expected, const R_Number& number) {
   ASSERT_EQ(!std::isnan(expected), number.isDefined());
   if (number.isDefined()) {
@@ -78,77 +71,28 @@ class ThreeSDLines : public R_GraphRefLinesFormat {
 
 }  // namespace
 
-// Between two lines the parameters are interpolated, not the scores: the
-// line at x 3 of kSDLines has mean 105 and SD 5.5, so 108 scores 3 / 5.5,
-// where the mean of the two lines' own scores would be 0.6333.
+// A number of refdata_scores.txt: "U" is the undefined number.
+R_Number numberOf(const std::string& text) {
+  return text == "U" ? R_Number() : R_Number(std::strtod(text.c_str(), nullptr));
+}
+
 TEST(RefDataTest, ScoresAndValuesComeFromTheParametersInterpolatedAtX) {
-  const struct { int type; std::string xml; } sets[] = {
-      {kSD, kSDLines},
-      {kSD, "<line x=\"4\"><x>110</x><sd>6</sd></line><line x=\"2\"><x>100</x><sd>5</sd></line>"},
-      {kLogSD, "<anamnestic><x>100</x><sd>0.1</sd></anamnestic>"},
-      {kLogSD, "<line x=\"2\"><x>100</x><sd>0.1</sd></line><line x=\"4\"><x>120</x><sd>0.2</sd></line>"},
-      {kPercentiles, kPercentiles90_110},
-      {kPercentiles,
-       "<percentiles><list><item value=\"10\">P10</item><item value=\"25\">P25</item>"
-       "<item value=\"90\">P90</item></list></percentiles><anamnestic><perc>80 90 120</perc></anamnestic>"},
-      {kPercentiles, kList3_50_97 + std::string("<line x=\"2\"><perc>90 100 110</perc></line>"
-                                                "<line x=\"4\"><perc>100 110 130</perc></line>")},
-      // 0 and 100 are accepted in the list, but have no score: no search
-      // reads them as numbers, also beyond the ends of the table.
-      {kPercentiles,
-       "<percentiles><list><item value=\"0\">P0</item><item value=\"25\">P25</item>"
-       "<item value=\"50\">P50</item><item value=\"100\">P100</item></list></percentiles>"
-       "<anamnestic><perc>5 10 20 40</perc></anamnestic>"},
-      {kSD, "<note>ignored</note><anamnestic><x>100</x><sd>-5</sd></anamnestic>"},
-  };
-  const struct {
-    int set;
-    char ask;  // 'S': the SD score of `arg`, 'V': the value at the SD score `arg`
-    double x, arg, expected;
-  } rows[] = {
-      {0, 'S', 3, 108, 3 / 5.5}, {0, 'S', 3, 105, 0.0}, {0, 'S', 2, 110, 2.0}, {0, 'S', 4, 104, -1.0},
-      // x outside the lines has no answer, however near; undefined arguments give none.
-      {0, 'S', 1.9999, 100, U}, {0, 'S', 4.0001, 110, U}, {0, 'V', 1.9999, 0, U}, {0, 'V', 4.0001, 0, U},
-      {0, 'S', U, 100, U}, {0, 'S', 3, U, U}, {0, 'V', 3, U, U}, {0, 'V', U, 1, U},
-      // A score beyond 6 is undefined rather than 6; a value has no limit.
-      {0, 'S', 2, 130, 6.0}, {0, 'S', 2, 70, -6.0}, {0, 'S', 2, 130.5, U}, {0, 'S', 2, 69.5, U},
-      {0, 'V', 3, 2, 116.0}, {0, 'V', 2, -1, 95.0}, {0, 'V', 2, 10, 150.0},
-      {1, 'S', 3, 108, 3 / 5.5}, {1, 'S', 2, 110, 2.0},
-      // ln(1.1) / 0.1 and exp(0.15) * 100; the logarithm of a ratio of 0 or below has no value.
-      {2, 'S', U, 110, 0.9531017980432493}, {2, 'S', U, 100, 0.0}, {2, 'V', U, 1.5, 116.1834242728283},
-      {2, 'S', U, 0, U}, {2, 'S', U, -5, U},
-      {3, 'S', 3, 121, 0.6354011986954995}, {3, 'V', 3, -1, 94.67787740675635},  // median 110, SD 0.15
-      // Midway between the values of P50 and P97: half the score of P97;
-      // beyond the table by the outer two columns, up to 6 (150 would be 9.40).
-      {4, 'S', U, 105, 0.9403968024998903}, {4, 'S', U, 100, 0.0}, {4, 'S', U, 90, kSD3}, {4, 'S', U, 110, kSD97},
-      {4, 'S', U, 115, 2.821190407499671}, {4, 'S', U, 85, -2.821190407499671}, {4, 'S', U, 150, U},
-      {4, 'V', U, 0, 100.0}, {4, 'V', U, kSD97 / 2, 105.0}, {4, 'V', U, 3, 115.95071352871997},
-      {4, 'V', U, -2.5, 86.7077387260667},
-      // Without a median the value at 0 is interpolated in SD scale; in
-      // percent it would be 101.538. P25 and P90 give their values.
-      {5, 'V', U, 0, 100.34471628496941}, {5, 'V', U, -0.6744897477328777, 90.0},
-      {5, 'V', U, 1.2815515659749508, 120.0},
-      // The line at x 3 is 95, 105, 120: the values are interpolated before
-      // bracketing, where the mean of the lines' own scores would be 1.2930.
-      {6, 'S', 3, 112.5, 0.9403968024998903}, {6, 'V', 3, 0, 105.0}, {6, 'S', 4, 130, kSD97},
-      {7, 'S', U, 15, -0.33724487386643887}, {7, 'S', U, 20, 0.0}, {7, 'S', U, 5, U}, {7, 'S', U, 7, U},
-      {7, 'S', U, 30, U}, {7, 'S', U, 50, U}, {7, 'V', U, 1, 34.826022239199936},
-      {7, 'V', U, -0.5, 12.586988880400032}, {8, 'S', U, 110, -2.0},  // a negative SD passes
-  };
-  std::vector<std::unique_ptr<R_RefData>> data;
-  for (const auto& set : sets) data.push_back(loadGood(set.type, set.xml));
-  ASSERT_TRUE(data[0]->isFollowed());
-  ASSERT_TRUE(data[2]->isAnamnestic() && !data[2]->isFollowed());
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::to_string(row.set) + " " + row.ask + " x " + std::to_string(row.x) + " of " +
-                 std::to_string(row.arg));
-    const R_RefData& set = *data[row.set];
-    R_Number result(-99.0);
-    if (row.ask == 'S' && set.isAnamnestic()) set.getSD(result, numberOf(row.arg));
-    if (row.ask == 'S' && !set.isAnamnestic()) set.getSD(result, numberOf(row.x), numberOf(row.arg));
-    if (row.ask == 'V' && set.isAnamnestic()) set.getValue(result, numberOf(row.arg));
-    if (row.ask == 'V' && !set.isAnamnestic()) set.getValue(result, numberOf(row.arg), numberOf(row.x));
-    expectNumber(row.expected, result);
+  std::unique_ptr<R_RefData> data;
+  for (const TextCase& row : readCases("knowledge/refdata_scores.txt")) {
+    if (row.out.empty()) {
+      data = loadGood(row.label == "sd" ? kSD : row.label == "logsd" ? kLogSD : kPercentiles, row.input);
+      continue;
+    }
+    SCOPED_TRACE(row.label);
+    std::istringstream fields(row.label);
+    std::string ask, x, arg;
+    fields >> ask >> x >> arg;
+    R_Number result(-99.0), expected = numberOf(row.out[0]);
+    if (ask == "S" && data->isAnamnestic()) data->getSD(result, numberOf(arg));
+    if (ask == "S" && !data->isAnamnestic()) data->getSD(result, numberOf(x), numberOf(arg));
+    if (ask == "V" && data->isAnamnestic()) data->getValue(result, numberOf(arg));
+    if (ask == "V" && !data->isAnamnestic()) data->getValue(result, numberOf(arg), numberOf(x));
+    expectNumber(expected.isDefined() ? expected.getValue() : NAN, result);
   }
 }
 
