@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/formula/formula_statistics.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/support/stored_bytes.h"
 #include "tests/support/xml_fakes.h"
 #include "xml/r_xmltextoutputbuffer.h"
@@ -68,28 +69,16 @@ TEST(EquationTest, ComputeElementsLoadAsPairsAndWriteBackToTheSameStoredForm) {
 }
 
 TEST(EquationTest, ReportsFaultyComputeElementsAndFailsAsAWhole) {
-  const std::string closing = "data error closing block </compute>: ";
-  const struct { const char* xml; std::string first_line; } rows[] = {
-      {"<compute if=\"\">HEIGHT</compute>", closing + "error in condition"},
-      {"<compute if=\"(\">)</compute>", closing + "error in condition"},
-      {"<compute>HEIGHT:FOO</compute>", closing + "error in method"},
-      {"<compute if=\"MALE\"></compute>", closing + "unrecognized code in equation"},
-      {"<compute if=\"MALE\"/>", "data error processing standalone tag <compute../>: unrecognized code in equation"},
-      {"<compute>1</compute><compute>HEIGHT:FOO</compute><compute>2</compute>", closing + "error in method"},
-      {"", "no input data"},
-      {"<compute>1", "unfinished structure (missing end tags)"},
-  };
   FormulaStatistics statistics;
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (TextCase row : readCases("formula/equation_messages.txt")) {
+    SCOPED_TRACE(row.input);
     CollectingReporter reporter;
     R_Equation equation;
-    EXPECT_FALSE(equation.loadXML(row.xml, statistics, &reporter));
+    EXPECT_FALSE(equation.loadXML(row.input.c_str(), statistics, &reporter));
     EXPECT_TRUE(isEmpty(equation));
-    std::vector<std::string> lines = {"No valid condition/method pairs found.",
-                                      "Error while processing equation (wrong format or none defined)."};
-    if (!row.first_line.empty()) lines.insert(lines.begin(), row.first_line);
-    EXPECT_EQ(lines, reporter.lines());
+    row.out.push_back("No valid condition/method pairs found.");
+    row.out.push_back("Error while processing equation (wrong format or none defined).");
+    EXPECT_EQ(row.out, reporter.lines());
   }
 }
 
