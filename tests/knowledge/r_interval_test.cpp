@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "knowledge/r_list.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -55,22 +56,11 @@ TEST(IntervalTest, UndefinedEndsContainEveryNumberButAreNeverContained) {
 }
 
 TEST(IntervalTest, LoadReportsEachFaultAndItsClosingLine) {
-  const std::string end = "Error while processing interval.", order = "Invalid interval definition (min > max).";
-  const struct { const char* xml; bool loads; std::vector<std::string> messages; } rows[] = {
-      {"<min>1</min><max>2</max>", true, {}},
-      {"<min>3</min><max>3</max>", false, {order, end}},
-      {"<min>4</min><max>3</max>", false, {order, end}},
-      {"<min>x</min>", false, {"data error closing block </min>: minimum value load error", end}},
-      {"<max></max>", false, {"data error closing block </max>: maximum value load error", end}},
-      {"<step>1</step>", false, {}},  // unknown elements are ignored; no end: false, silently
-      {"", false, {"no input data", end}},
-      {"<min>?</min>", false, {}},  // "?" is the undefined number: no end given
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/interval_messages.txt")) {
+    SCOPED_TRACE(row.input);
     CollectingReporter reporter;
     R_Interval interval;
-    EXPECT_EQ(row.loads, interval.loadXML(row.xml, &reporter));
-    EXPECT_EQ(row.messages, reporter.lines());
+    EXPECT_EQ(row.label == "loads", interval.loadXML(row.input.c_str(), &reporter));
+    EXPECT_EQ(row.out, reporter.lines());
   }
 }
