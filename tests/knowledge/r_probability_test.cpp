@@ -55,30 +55,24 @@ void expectNumber(double expected, const R_Number& number) {
 }  // namespace
 
 TEST(ProbabilityTest, PercentilesAndSDScoresConvertOnlyInsideTheirRanges) {
-  const struct { double percentile, sd; } to_sd[] = {
-      {50, 0.0}, {97.5, 1.9599639885127544}, {3, -1.8807936049997807}, {1e-12, -6.0}, {0, NAN},
-      {100, NAN}, {-5, NAN}, {150, NAN}, {NAN, NAN},
+  const struct { void (*convert)(R_Number&); double from, expected; } rows[] = {
+      {R_Probability::percentileToSD, 50, 0.0},     {R_Probability::percentileToSD, 97.5, 1.9599639885127544},
+      {R_Probability::percentileToSD, 1e-12, -6.0}, {R_Probability::percentileToSD, 3, -1.8807936049997807},
+      {R_Probability::percentileToSD, 0, NAN},      {R_Probability::percentileToSD, 100, NAN},
+      {R_Probability::percentileToSD, NAN, NAN},    {R_Probability::sdToPercentile, 1, 84.13447460687473},
+      {R_Probability::sdToPercentile, 0, 50.0},     {R_Probability::sdToPercentile, -2, 2.2750131940581007},
+      {R_Probability::sdToPercentile, 6, 99.99999990181634}, {R_Probability::sdToPercentile, -6, 9.818365565017473e-08},
+      {R_Probability::sdToPercentile, 6.5, NAN},    {R_Probability::sdToPercentile, -6.5, NAN},
   };
-  for (const auto& row : to_sd) {
-    SCOPED_TRACE(row.percentile);
-    R_Number number = numberOf(row.percentile);
-    R_Probability::percentileToSD(number);
-    expectNumber(row.sd, number);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.from);
+    R_Number number = numberOf(row.from);
+    row.convert(number);
+    expectNumber(row.expected, number);
   }
-  const struct { double sd, percentile; } to_percentile[] = {
-      {0, 50.0}, {1, 84.13447460687473}, {-2, 2.2750131940581007}, {6, 99.99999990181634},
-      {-6, 9.818365565017473e-08}, {6.5, NAN}, {-6.5, NAN}, {NAN, NAN},
-  };
-  for (const auto& row : to_percentile) {
-    SCOPED_TRACE(row.sd);
-    R_Number number = numberOf(row.sd);
-    R_Probability::sdToPercentile(number);
-    expectNumber(row.percentile, number);
-    EXPECT_EQ(!std::isnan(row.sd) && std::fabs(row.sd) <= 6, R_Probability::isSDInRange(numberOf(row.sd)));
-  }
-  EXPECT_FALSE(R_Probability::isSDInRange(R_Number(6.0001)));
-  EXPECT_FALSE(R_Probability::isSDInRange(-6.0001));
-  EXPECT_TRUE(R_Probability::isSDInRange(-6.0));
+  EXPECT_TRUE(R_Probability::isSDInRange(-6.0) && R_Probability::isSDInRange(R_Number(6.0)));
+  EXPECT_FALSE(R_Probability::isSDInRange(R_Number(6.0001)) || R_Probability::isSDInRange(-6.0001) ||
+               R_Probability::isSDInRange(R_Number()));
 }
 
 // Display forms: percentiles with fewer digits towards the middle, SD scores
