@@ -35,18 +35,6 @@ std::string joinLines(const std::vector<std::string>& lines) {
   return text;
 }
 
-// The tiny file: the age variable "AGE" named "A", lines [0 "M"] and [50
-// "P"], the anamnestic "FA", and the reference "R" of FA for boys.
-const char* const kTinyXML =
-    "<quorl><info><filename>t</filename><copyright>c</copyright></info>"
-    "<graphlines><sdslines><list><item value=\"0\">M</item></list></sdslines>"
-    "<percentilelines><list><item value=\"50\">P</item></list></percentilelines></graphlines>"
-    "<var><id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\"/><name>A</name></var>"
-    "<var><id>FA</id><properties type=\"measured\" scope=\"anamnestic\" data=\"real\"/><name>F</name></var>"
-    "<ref><name>R</name><sex sex=\"male\"/><xyref><avar>FA</avar></xyref>"
-    "<data type=\"sd\"><anamnestic><x>175</x><sd>7</sd></anamnestic></data>"
-    "<granularity><variant type=\"default\"><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity></ref>"
-    "</quorl>";
 const int kTwoBillion = 2000000000;
 
 // A distinct identifier of letters for every number: "AAAA", "AAAB", ...
@@ -81,10 +69,12 @@ class KnowledgeFileTest : public ::testing::Test {
     return reporter.lines();
   }
 
-  // The binary form of kTinyXML, as written by the file.
+  // The binary form of knowledge/tiny.xml: the age variable "AGE" named "A",
+  // lines [0 "M"] and [50 "P"], the anamnestic "FA", and the reference "R"
+  // of FA for boys.
   std::string tinyBytes() {
     R_File file;
-    EXPECT_EQ(std::vector<std::string>(), loadXML(file, write("tiny.xml", kTinyXML)));
+    EXPECT_EQ(std::vector<std::string>(), loadXML(file, testData("knowledge/tiny.xml")));
     EXPECT_TRUE(file.isReadWhole() && file.saveBinary(dir.file("tiny.bin").c_str()));
     return readFile(dir.file("tiny.bin"));
   }

@@ -7,6 +7,7 @@
 
 #include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
+#include "tests/support/test_files.h"
 #include "tests/support/xml_fakes.h"
 
 namespace {
@@ -17,19 +18,8 @@ const char* const kSDData =
     "<line x=\"18\"><x>166</x><sd>6</sd></line></data>";
 
 // Height of girls from 2 to 18, with three grid variants: X only, both
-// axes (the default), Y only.
-const std::string kGirls = std::string(
-                               "<name>Height girls</name>\n"
-                               "<sex sex=\"female\"/>\n"
-                               "<xyref><xvar>AGE</xvar><yvar>HEIGHT</yvar></xyref>\n"
-                               "<age><interval><min>2</min><max>18</max></interval></age>\n") +
-                           kSDData +
-                           "<granularity>"
-                           "<variant><xaxe from=\"2\" to=\"6\" step=\"0.5\"/></variant>"
-                           "<variant type=\"default\"><xaxe from=\"0\" to=\"20\" step=\"1\"/>"
-                           "<yaxe from=\"40\" to=\"200\" step=\"10\"/></variant>"
-                           "<variant><yaxe from=\"0\" to=\"100\" step=\"5\"/></variant>"
-                           "</granularity>";
+// axes (the default), Y only; the inner elements of a reference.
+const std::string kGirls = readFile(testData("knowledge/girls_reference.txt"));
 // Fathers, without an age; a twice given sex is one sex.
 const std::string kFathers =
     "<name>F</name><sex sex=\"male\"/><sex sex=\"male\"/><xyref><avar>FATHER_HT</avar></xyref>"
