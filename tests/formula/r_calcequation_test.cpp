@@ -6,12 +6,14 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "formula/r_calcvalueproband.h"
 #include "formula/r_equation.h"
 #include "knowledge/r_file.h"
 #include "proband/r_proband.h"
 #include "tests/formula/calcvalue_text.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/support/test_files.h"
 
 namespace {
@@ -53,24 +55,12 @@ std::string evaluate(const char* formula, const R_Proband* proband, double age_t
 }  // namespace
 
 TEST(CalcEquationTest, EquationsOverABoyWithThreeVisits) {
-  const struct { const char* formula; double father; const char* expected; } rows[] = {
-      // The first true condition wins; an undefined one is not true.
-      {"CLASS", 195, "1"}, {"CLASS", 180, "2"}, {"CLASS", 160, "3"}, {"CLASS", U, "3"},
-      // Nested calculated variables are computed afresh.
-      {"NESTED", 180, "20"}, {"DEEPER", 195, "11"}, {"DEEPER", U, "31"},
-      // Self-reference and cycles stop at the depth limit.
-      {"SELF", 180, "failed"}, {"LOOP_A + 1", 180, "failed"}, {"CLASS + SELF", 180, "failed"},
-      // Calculated followed variables as series; GAIN uses NOW and PREV, so it
-      // is computed once per visit, and the first visit has no previous one.
-      {"BMI", 180, "{1 15.625 1|2 ? 2|3 16 3}"}, {"DOUBLE_HT", 180, "{1 160 1|2 180 2|3 200 3}"},
-      {"GAIN", 180, "{1 ? 1|2 10 2|3 10 3}"}, {"GAIN:AVG", 180, "10"},
-      // An anamnestic variable whose equation gives a series is undefined; a
-      // followed variable without a pair fails the evaluation.
-      {"SERIES_A", 180, "undefined"}, {"NOXY", 180, "failed"}, {"1 + NOXY", 180, "failed"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.formula + std::string(" father ") + numberText(num(row.father)));
-    EXPECT_EQ(row.expected, evaluate(row.formula, boy(row.father).get()));
+  for (const TextCase& row : readCases("formula/equation_results.txt")) {
+    SCOPED_TRACE(row.label);
+    size_t at = row.label.rfind(' ');
+    std::string father = row.label.substr(at + 1);
+    std::unique_ptr<R_Proband> proband = boy(father == "U" ? U : std::stod(father));
+    EXPECT_EQ(row.out, std::vector<std::string>{evaluate(row.label.substr(0, at).c_str(), proband.get())});
   }
 }
 

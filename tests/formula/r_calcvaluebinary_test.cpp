@@ -45,20 +45,16 @@ TEST(CalcValueBinaryTest, LogicalOperatorsAreThreeValuedOnNumbersWhileUndefinedW
   }
 }
 
+// Plain sums and true comparisons are pinned through r_calcexpression_test.cpp;
+// here the edges: equal operands, zero divisors, undefined numbers.
 TEST(CalcValueBinaryTest, ArithmeticAndComparisonsOnNumbers) {
   const struct { double left; B::Operator op; double right; const char* expected; } rows[] = {
-      {7, B::opAdd, 2, "9"},        {7, B::opSubtract, 2, "5"},     {7, B::opMultiply, 2, "14"},
-      {7, B::opDivide, 2, "3.5"},   {2, B::opPower, 10, "1024"},    {7, B::opAdd, U, "?"},
-      {U, B::opSubtract, 2, "?"},   {7, B::opDivide, 0, "?"},       {0, B::opDivide, 0, "?"},
-      {U, B::opDivide, 0, "?"},     {U, B::opPower, 0, "?"},        {0, B::opPower, -1, "inf"},
+      {7, B::opAdd, U, "?"},        {U, B::opSubtract, 2, "?"},     {7, B::opDivide, 0, "?"},
+      {U, B::opPower, 0, "?"},      {0, B::opPower, -1, "inf"},
       // A missing factor next to 0 still gives 0.
       {0, B::opMultiply, U, "0"},   {U, B::opMultiply, 0, "0"},     {U, B::opMultiply, 1, "?"},
-      {1, B::opMultiply, U, "?"},   {U, B::opMultiply, U, "?"},
-      {1, B::opEqual, 1, "1"},      {1, B::opEqual, 2, "0"},        {1, B::opNotEqual, 2, "1"},
-      {1, B::opNotEqual, 1, "0"},   {1, B::opLess, 2, "1"},         {2, B::opLess, 2, "0"},
-      {2, B::opLessEqual, 2, "1"},  {3, B::opLessEqual, 2, "0"},    {3, B::opGreater, 2, "1"},
-      {2, B::opGreater, 2, "0"},    {2, B::opGreaterEqual, 2, "1"}, {1, B::opGreaterEqual, 2, "0"},
-      {U, B::opEqual, U, "?"},      {1, B::opLess, U, "?"},
+      {1, B::opNotEqual, 1, "0"},   {2, B::opLess, 2, "0"},         {2, B::opLessEqual, 2, "1"},
+      {2, B::opGreater, 2, "0"},    {2, B::opGreaterEqual, 2, "1"}, {U, B::opEqual, U, "?"},
       {0.1 + 0.2, B::opEqual, 0.3, "0"} /* doubles compare exactly */,
   };
   for (const auto& row : rows) {
@@ -85,21 +81,19 @@ TEST(CalcValueBinaryTest, ScalarsSeriesAndPointsMeetByTheirRules) {
       // Scalars meet as numbers, but undefined always wins at value level.
       {scalar(7), B::opSubtract, scalar(2), "5"},          {scalar(1), B::opDivide, scalar(0), "undefined"},
       {scalar(0), B::opMultiply, scalar(U), "undefined"},  {scalar(U), B::opMultiply, scalar(0), "undefined"},
-      {zeros, B::opMultiply, scalar(U), "undefined"},      {scalar(U), B::opMultiply, zeros, "undefined"},
+      {zeros, B::opMultiply, scalar(U), "undefined"},
       // Scalar op series keeps the scalar on the left; 0 times a missing y is
       // 0 where x and age are.
       {scalar(10), B::opSubtract, gappy, "{1 9 1|2 ? 2|3 7 3}"},
-      {scalar(10), B::opDivide, gappy, "{1 10 1|2 ? 2|3 3.33333 3}"},
       {scalar(0), B::opMultiply, gappy, "{1 0 1|2 0 2|3 0 3}"},
       {scalar(0), B::opMultiply, series({{1, 1, 1}, {U, U, 2}}), "{1 0 1|? ? 2}"},
       // Series op scalar works on each y.
       {gappy, B::opSubtract, scalar(10), "{1 -9 1|2 ? 2|3 -7 3}"},
-      {gappy, B::opMultiply, scalar(0), "{1 0 1|2 0 2|3 0 3}"},
       {gappy, B::opDivide, scalar(0), "undefined"},
       {series({{1, 1.5, 1}, {2, U, 2}, {U, U, 3}, {4, 4, 4}}), B::opMultiply, scalar(2), "{1 3 1|2 ? 2|? ? 3|4 8 4}"},
       // Points at different visits give a scalar, at one visit a point.
       {five_at_1, B::opSubtract, three_at_2, "2"},         {three_at_2, B::opSubtract, five_at_1, "-2"},
-      {five_at_1, B::opDivide, zero_at_1, "undefined"},    {three_at_2, B::opDivide, zero_at_1, "undefined"},
+      {five_at_1, B::opDivide, zero_at_1, "undefined"},
       {series({{1, U, 1}, {2, 5, 2}}), B::opSubtract, three_at_2, "{1 ? 1|2 2 2}"},
       // Point op series takes the series at the point's visit; series op
       // point clears the other visits.

@@ -7,9 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "knowledge/r_file.h"
 #include "tests/formula/calcvalue_text.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/support/test_files.h"
 
 namespace {
@@ -43,57 +45,24 @@ struct ChainRow {
 }  // namespace
 
 TEST(CalcValueMethodChainTest, ChainsOnASeriesWithAGap) {
-  const ChainRow rows[] = {
-      {"AGE_ABOVE[2] FIRST_DEFINED", "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"}, {"FIRST_DEFINED AGE_ABOVE[2]", "undefined"},
-      {"ABOVE", "undefined"},                                      {"ABOVE[]", "undefined"},
-      {"FIRST_DEFINED", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},             {"LAST_DEFINED[2]", "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},
-      {"FIRST_DEFINED[0]", "undefined"},                           {"FIRST_VISIT[2]", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"FIRST_VISIT[0]", "undefined"},
-      {"FIRST_VISIT[9] LAST_VISIT[9]", "{1 70 1|2 ? 2|3 95 3|4 100 4}"},
-      {"LAST_VISIT[2]", "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},           {"ABOVE[90]", "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},
-      {"ABOVEOR[95] BELOW[100]", "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"BELOWOR[95] X_ABOVEOR[3]", "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"X_BELOW[3] AGE_BELOWOR[1]", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"AGE_ABOVEOR[4] X_ABOVE[3]", "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},
-      {"X_BELOWOR[1]", "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},              {"N", "3"},
-      {"AVG", "88.3333"},   {"STDEV", "16.0728"},   {"SLOPE", "10.3571"},   {"LAST_DEFINED AVG", "100"},
-      {"LAST_DEFINED STDEV", "undefined"},  {"IS_POINT", "0"},  {"LAST_DEFINED IS_POINT", "1"},  {"IS_LAST_VISIT", "1"},
-      {"FIRST_VISIT[3] IS_LAST_VISIT", "0"},                       {"DEFINED", "{1 1 1|2 0 2|3 1 3|4 1 4}"},
-      {"FIRST_DEFINED DEFINED", "{1 1 1|2 ? 2|3 ? 3|4 ? 4}"},      {"ABOVE[200] DEFINED", "0"},
-      {"AGE", "{1 1 1|2 ? 2|3 3 3|4 4 4}"},                        {"X", "{1 1 1|2 ? 2|3 3 3|4 4 4}"},
-      {"MAX", "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},                      {"MIN[2]", "{1 70 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"MAX Y", "100"},  {"Y", "{1 70 1|2 ? 2|3 95 3|4 100 4}"},   {"NOSUCH", "undefined"},
-  };
-  for (const ChainRow& row : rows) {
-    SCOPED_TRACE(row.definition);
-    EXPECT_EQ(row.expected, chain(gapped(), row.definition));
+  for (const TextCase& row : readCases("formula/chains.txt")) {
+    SCOPED_TRACE(row.label);
+    size_t at = row.label.find(" @ ");
+    int visit = at == std::string::npos ? -1 : std::stoi(row.label.substr(at + 3));
+    EXPECT_EQ(row.out, std::vector<std::string>{chain(gapped(), row.label.substr(0, at).c_str(), "HEIGHT", visit)});
   }
   R_CalcValue late = series({{1, U, 1}, {2, 80, 2}});
   EXPECT_EQ("undefined", chain(late, "FIRST_VISIT[1]")) << "positions count whether or not they hold a value";
   EXPECT_EQ("{1 ? 1|2 80 2}", chain(late, "FIRST_DEFINED[1]"));
-}
-
-TEST(CalcValueMethodChainTest, VisitBoundMethodsAtTheEdgesOfTheVisits) {
-  const struct { const char* definition; int visit; const char* expected; } rows[] = {
-      {"PREV", -1, "undefined"},        {"PREV", 0, "undefined"},  {"PREV", 1, "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"PREV", 2, "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},  {"PREV", 3, "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"NEXT", -1, "undefined"},        {"NEXT", 0, "{1 ? 1|2 ? 2|3 95 3|4 ? 4}"},
-      {"NEXT", 3, "undefined"},         {"NEXT", 4, "undefined"},  {"NOW", -1, "undefined"},  {"NOW", 1, "undefined"},
-      {"NOW", 3, "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},  {"NOW", 4, "undefined"},
-      {"X_WINDOW[1]", 2, "{1 ? 1|2 ? 2|3 95 3|4 100 4}"},  {"X_WINDOW[1]", 1, "undefined"},
-      {"X_WINDOW", 2, "undefined"},     {"AGE_WINDOW[1.5]", 0, "{1 70 1|2 ? 2|3 ? 3|4 ? 4}"},
-      {"AGE_WINDOW[0]", 3, "{1 ? 1|2 ? 2|3 ? 3|4 100 4}"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.definition) + " at visit " + std::to_string(row.visit));
-    EXPECT_EQ(row.expected, chain(gapped(), row.definition, "HEIGHT", row.visit));
-  }
+  // A series without a valid point has no average, spread or slope.
+  for (const char* definition : {"AVG", "STDEV", "SLOPE"})
+    EXPECT_EQ("undefined", chain(rawSeries({{1, U, 1}, {2, U, 2}}), definition)) << definition;
 }
 
 TEST(CalcValueMethodChainTest, ScalarsPassValueFiltersButHaveNoAxesOrPositionsAndOnlyDefinedDefinesUndefined) {
   const ChainRow rows[] = {
-      {"ABOVE[5]", "7"},        {"BELOW[5]", "undefined"}, {"AGE_ABOVE[5]", "undefined"}, {"X_BELOW[5]", "undefined"},
-      {"FIRST_DEFINED", "7"},     {"LAST_DEFINED[3]", "7"},    {"FIRST_VISIT", "undefined"},  {"N", "undefined"},
+      {"ABOVE[5]", "7"},        {"BELOW[5]", "undefined"}, {"AGE_ABOVE[5]", "undefined"}, {"FIRST_DEFINED", "7"},
+      {"FIRST_VISIT", "undefined"},  {"N", "undefined"},
       {"AVG", "undefined"},       {"IS_POINT", "0"},           {"IS_LAST_VISIT", "0"},        {"DEFINED", "1"},
       {"AGE", "undefined"},       {"MAX", "7"},                {"Y", "7"},
   };
@@ -104,7 +73,6 @@ TEST(CalcValueMethodChainTest, ScalarsPassValueFiltersButHaveNoAxesOrPositionsAn
   EXPECT_EQ("undefined", chain(scalar(7), "NOW", "HEIGHT", 0));
   EXPECT_EQ("0", chain(R_CalcValue(), "DEFINED"));
   EXPECT_EQ("undefined", chain(R_CalcValue(), "N"));
-  EXPECT_EQ("undefined", chain(R_CalcValue(), "IS_POINT"));
   EXPECT_EQ("1", chain(R_CalcValue(), "DEFINED DEFINED"));
 }
 
@@ -140,4 +108,27 @@ TEST(CalcValueMethodChainTest, PercentilesAndValuesAtAPercentile) {
   EXPECT_EQ("undefined", chain(gapped(), "VAL_BY_P[100]"));
   EXPECT_EQ("undefined", chain(gapped(), "VAL_BY_P"));
   EXPECT_EQ("undefined", chain(scalar(3), "VAL_BY_P[50]"));
+}
+
+// Keywords are upper case and whole; a bracket gives the parameter.
+TEST(CalcValueMethodTest, ParseMethodReadsTheNameAndTheBracketAndRefusesWordsWithoutAKeywordName) {
+  typedef R_CalcValueMethod M;
+  const struct { const char* word; M::Method method; const char* param; } rows[] = {
+      {"ABOVE[2.5]", M::methodAbove, "2.5"},     {"ABOVE[-]", M::methodAbove, "0"},   {"ABOVE[]", M::methodAbove, "?"},
+      {"LAST_VISIT[2", M::methodLastVisit, "2"}, {"AGE[7]", M::methodAge, "7"},       {"Y", M::methodY, "?"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.word);
+    R_Number param(99.0);
+    EXPECT_EQ(row.method, M::parseMethod(row.word, nullptr, &param));
+    EXPECT_EQ(row.param, numberText(param));
+  }
+  for (const char* word : {"", "prev", "PREVX", "[1]", "ABOVE_", " PREV"}) {
+    SCOPED_TRACE(word);
+    bool visit_bound = true;
+    EXPECT_EQ(M::methodUnknown, M::parseMethod(word, &visit_bound));
+    EXPECT_FALSE(visit_bound);
+  }
+  EXPECT_TRUE(M::isVisitBound("X_WINDOW[2]") && M::isVisitBound("NOW"));
+  EXPECT_FALSE(M::isVisitBound("prev") || M::isVisitBound("FIRST_VISIT[1]"));
 }

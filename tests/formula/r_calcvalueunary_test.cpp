@@ -21,12 +21,9 @@ std::string applyValue(const R_CalcValue& value, O::Operator op) {
 
 TEST(CalcValueUnaryTest, OperatorsOnNumbersKeepAnUndefinedNumberUndefined) {
   const struct { O::Operator op; double value; const char* expected; } rows[] = {
-      {O::opNegate, 2.5, "-2.5"}, {O::opNegate, -3, "3"}, {O::opNot, 0, "1"},     {O::opNot, 5, "0"},
-      {O::opNot, -0.1, "0"},      {O::opSin, 0, "0"},     {O::opCos, 0, "1"},     {O::opExp, 0, "1"},
-      {O::opExp, 1, "2.71828"},   {O::opAbs, -4, "4"},    {O::opLn, 1, "0"},      {O::opLn, 0, "?"},
-      {O::opLn, -1, "?"},         {O::opLog, 1000, "3"},  {O::opLog, 0, "?"},     {O::opPsd, 50, "0"},
-      {O::opPsd, 0, "?"},         {O::opPsd, 100, "?"},   {O::opSdp, 0, "50"},    {O::opSdp, 6.5, "?"},
-      {O::opDefined, 7, "1"},
+      // Plain values go through the expression suite; here the edges of each domain.
+      {O::opNot, -0.1, "0"}, {O::opLn, 0, "?"},  {O::opLog, 0, "?"},    {O::opPsd, 0, "?"},
+      {O::opPsd, 100, "?"},  {O::opSdp, 6.5, "?"}, {O::opDefined, 7, "1"}, {O::opExp, 1, "2.71828"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(std::to_string(row.op) + " of " + numberText(num(row.value)));

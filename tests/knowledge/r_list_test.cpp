@@ -56,31 +56,10 @@ TEST(ListTest, TextByValueNeedsAnEqualItemUnlessBestFitIsAsked) {
   EXPECT_STREQ("one", list.getText(-100.0, true));
   EXPECT_STREQ("", list.getText(R_Number(), true));
   EXPECT_STREQ("", R_List().getText(1.0, true));
-}
-
-TEST(ListTest, BestFitMidwayBetweenTwoItemsGivesTheEarlierItem) {
-  R_List midway;
+  // Midway between two items, the earlier item.
+  R_List midway, reversed;
   ASSERT_TRUE(midway.loadXML("<item value=\"3\">high</item><item value=\"1\">low</item>", nullptr));
-  EXPECT_STREQ("high", midway.getText(2.0, true));
-  R_List reversed;
   ASSERT_TRUE(reversed.loadXML("<item value=\"1\">low</item><item value=\"3\">high</item>", nullptr));
+  EXPECT_STREQ("high", midway.getText(2.0, true));
   EXPECT_STREQ("low", reversed.getText(2.0, true));
-}
-
-TEST(ListTest, BinaryFormIsTheCountThenTextAndValueOfEachItem) {
-  R_List list;
-  ASSERT_TRUE(list.loadXML("<item value=\"2\">a</item><item value=\"0\">bc</item>", nullptr));
-  expectPinnedForm("07 02 02 00 00 00 01 01 00 61 03 01 00 00 00 00 00 00 00 40 "
-                   "01 02 00 62 63 03 01 00 00 00 00 00 00 00 00",
-                   savedBytes(list), reloaded<R_List>);
-}
-
-TEST(ListTest, BinaryFormRefusesDamagedCountsAndUndefinedValues) {
-  const char* const rows[] = {
-      "07 02 02 00 00 00 01 01 00 61 03 01 00 00 00 00 00 00 00 40",  // two declared, one stored
-      "07 02 FF FF FF 7F 01 01 00 61 03 01 00 00 00 00 00 00 00 40",  // a huge count
-      "07 02 FF FF FF FF",                                             // a negative count
-      "07 02 01 00 00 00 01 01 00 61 03 00",                           // an undefined value
-  };
-  for (const char* row : rows) EXPECT_FALSE(reloads(row, reloaded<R_List>)) << row;
 }

@@ -11,9 +11,7 @@
 // approaches but does not reach in the last digits.
 
 TEST(ProbabilityTest, NormalCDFKeepsTheLastDigitsOfItsSeriesAndStopsBeyondSix) {
-  const struct {
-    double z, expected, erf_reference;
-  } rows[] = {
+  const struct { double z, expected, erf_reference; } rows[] = {
       {0, 0.5, 0.5}, {1, 0.8413447460687473, 0.8413447460685429}, {-1, 0.15865525393125268, 0.15865525393145707},
       {2, 0.977249868059419, 0.9772498680518208}, {-2, 0.02275013194058101, 0.02275013194817921},
       {1.96, 0.9750021048555405, 0.9750021048517796}, {-6, 9.818365565017473e-10, 9.865876449133282e-10},
@@ -31,9 +29,7 @@ TEST(ProbabilityTest, NormalCDFKeepsTheLastDigitsOfItsSeriesAndStopsBeyondSix) {
 }
 
 TEST(ProbabilityTest, InverseNormalCDFKeepsTheLastDigitsOfItsBisection) {
-  const struct {
-    double p, expected;
-  } rows[] = {
+  const struct { double p, expected; } rows[] = {
       {0.5, 0.0}, {0.975, 1.9599639885127544}, {0.025, -1.9599639885127544}, {0.9, 1.2815515659749508},
       {0.1, -1.2815515659749508}, {0.03, -1.8807936049997807},
       {1e-12, -6.0}, {0.0, -6.0}, {0.9999999999, 6.0}, {1.0, 6.0},  // too close to 0 or 1 for the range: its ends
@@ -56,72 +52,44 @@ void expectNumber(double expected, const R_Number& number) {
   }
 }
 
-std::string text(void (*format)(char*, const R_Number&), double value) {
-  char buffer[64];
-  format(buffer, numberOf(value));
-  return buffer;
-}
-
 }  // namespace
 
 TEST(ProbabilityTest, PercentilesAndSDScoresConvertOnlyInsideTheirRanges) {
-  const struct {
-    double percentile, sd;
-  } to_sd[] = {
-      {50, 0.0}, {97.5, 1.9599639885127544}, {3, -1.8807936049997807}, {1e-12, -6.0}, {0, NAN},
-      {100, NAN}, {-5, NAN}, {150, NAN}, {NAN, NAN},
-  };
-  for (const auto& row : to_sd) {
-    SCOPED_TRACE(row.percentile);
-    R_Number number = numberOf(row.percentile);
-    R_Probability::percentileToSD(number);
-    expectNumber(row.sd, number);
-  }
-  const struct {
-    double sd, percentile;
-  } to_percentile[] = {
-      {0, 50.0}, {1, 84.13447460687473}, {-2, 2.2750131940581007}, {6, 99.99999990181634},
-      {-6, 9.818365565017473e-08}, {6.5, NAN}, {-6.5, NAN}, {NAN, NAN},
-  };
-  for (const auto& row : to_percentile) {
-    SCOPED_TRACE(row.sd);
-    R_Number number = numberOf(row.sd);
-    R_Probability::sdToPercentile(number);
-    expectNumber(row.percentile, number);
-    EXPECT_EQ(!std::isnan(row.sd) && std::fabs(row.sd) <= 6, R_Probability::isSDInRange(numberOf(row.sd)));
-  }
-  EXPECT_FALSE(R_Probability::isSDInRange(R_Number(6.0001)));
-  EXPECT_FALSE(R_Probability::isSDInRange(-6.0001));
-  EXPECT_TRUE(R_Probability::isSDInRange(-6.0));
-}
-
-TEST(ProbabilityTest, FormatPercentileUsesFewerDigitsTowardsTheMiddle) {
-  const struct {
-    double percentile;
-    const char* text;
-  } rows[] = {
-      {0.05, "<0.1"}, {0.1, "0.1"}, {9.96, "10.0"}, {12.4, "12"}, {24.5, "25"}, {33, "35"}, {50, "50"},
-      {76, "76"}, {90, "90"}, {90.04, "90.0"}, {99.9, "99.9"}, {99.95, ">99.9"}, {25, "25"}, {75, "75"},
-      {27.4, "25"}, {27.5, "30"}, {0, ""}, {100, ""}, {-1, ""}, {101, ""}, {NAN, ""},
-      {99.99999990181634, ">99.9"},  // the percentile of 6 SD
+  const struct { void (*convert)(R_Number&); double from, expected; } rows[] = {
+      {R_Probability::percentileToSD, 50, 0.0},     {R_Probability::percentileToSD, 97.5, 1.9599639885127544},
+      {R_Probability::percentileToSD, 1e-12, -6.0}, {R_Probability::percentileToSD, 3, -1.8807936049997807},
+      {R_Probability::percentileToSD, 0, NAN},      {R_Probability::percentileToSD, 100, NAN},
+      {R_Probability::percentileToSD, NAN, NAN},    {R_Probability::sdToPercentile, 1, 84.13447460687473},
+      {R_Probability::sdToPercentile, 0, 50.0},     {R_Probability::sdToPercentile, -2, 2.2750131940581007},
+      {R_Probability::sdToPercentile, 6, 99.99999990181634}, {R_Probability::sdToPercentile, -6, 9.818365565017473e-08},
+      {R_Probability::sdToPercentile, 6.5, NAN},    {R_Probability::sdToPercentile, -6.5, NAN},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.percentile);
-    EXPECT_EQ(row.text, text(R_Probability::formatPercentile, row.percentile));
+    SCOPED_TRACE(row.from);
+    R_Number number = numberOf(row.from);
+    row.convert(number);
+    expectNumber(row.expected, number);
   }
+  EXPECT_TRUE(R_Probability::isSDInRange(-6.0) && R_Probability::isSDInRange(R_Number(6.0)));
+  EXPECT_FALSE(R_Probability::isSDInRange(R_Number(6.0001)) || R_Probability::isSDInRange(-6.0001) ||
+               R_Probability::isSDInRange(R_Number()));
 }
 
-TEST(ProbabilityTest, FormatSDRoundsHalvesAwayFromZero) {
-  const struct {
-    double sd;
-    const char* text;
-  } rows[] = {
-      {-1.234, "-1.23"}, {6.0, "6.00"}, {6.01, ">6.0"}, {-6.5, "<-6.0"}, {12.5, ""}, {-12.5, ""},
-      {12, ">6.0"}, {-12, "<-6.0"}, {-6, "-6.00"}, {0, "0.00"}, {0.125, "0.13"}, {-0.125, "-0.13"},
-      {1.236, "1.24"}, {NAN, ""},
+// Display forms: percentiles with fewer digits towards the middle, SD scores
+// rounded half away from zero; out of range nothing, beyond 6 SD a bound.
+TEST(ProbabilityTest, DisplayFormsOfPercentilesAndSDScores) {
+  const struct { void (*format)(char*, const R_Number&); double value; const char* text; } rows[] = {
+      {R_Probability::formatPercentile, 0.05, "<0.1"}, {R_Probability::formatPercentile, 9.96, "10.0"},
+      {R_Probability::formatPercentile, 27.4, "25"},   {R_Probability::formatPercentile, 27.5, "30"},
+      {R_Probability::formatPercentile, 76, "76"},     {R_Probability::formatPercentile, 99.95, ">99.9"},
+      {R_Probability::formatPercentile, 100, ""},      {R_Probability::formatSD, -0.125, "-0.13"},
+      {R_Probability::formatSD, 6.0, "6.00"},          {R_Probability::formatSD, 6.01, ">6.0"},
+      {R_Probability::formatSD, -6.5, "<-6.0"},        {R_Probability::formatSD, 12.5, ""},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.sd);
-    EXPECT_EQ(row.text, text(R_Probability::formatSD, row.sd));
+    SCOPED_TRACE(row.value);
+    char buffer[64];
+    row.format(buffer, numberOf(row.value));
+    EXPECT_STREQ(row.text, buffer);
   }
 }

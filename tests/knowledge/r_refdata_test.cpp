@@ -3,26 +3,21 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <memory>
-#include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "knowledge/r_graphreflinesformat.h"
 #include "knowledge/r_refdataline.h"
 #include "knowledge/r_refdatapercentiles.h"
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
-// Expected scores and values were worked out by an independent python3
-// script: it sums the same normal series, runs the same 30-step bisection
-// for the SD scores of percentiles, and interpolates as
-// (y1 - y0) * ((x - x0) / (x1 - x0)) + y0, all in IEEE doubles. Its output
-// is pasted below as constants; the simple ones are hand arithmetic.
 namespace {
 
-const double kSD3 = -1.8807936049997807;  // percentile 3
-const double kSD97 = 1.8807936049997807;  // percentile 97
 const double U = NAN;                     // an undefined number in the tables
 
 const int kSD = R_RefDataLine::typeSD;
@@ -55,27 +50,12 @@ std::unique_ptr<R_RefData> loadGood(int type, const std::string& xml) {
   return data;
 }
 
-R_Number numberOf(double value) { return std::isnan(value) ? R_Number() : R_Number(value); }
-
 void expectNumber(double expected, const R_Number& number) {
   ASSERT_EQ(!std::isnan(expected), number.isDefined());
   if (number.isDefined()) {
     EXPECT_DOUBLE_EQ(expected, number.getValue());
   }
 }
-
-// Loads data of `type` from `bytes`, as reloaded does.
-std::unique_ptr<R_RefData> loadBytes(int type, const Bytes& bytes, bool* ok) {
-  std::unique_ptr<R_RefData> data(new R_RefData(type));
-  R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
-  *ok = true;
-  data->load(stream, ok);
-  return data;
-}
-
-// Stored numbers, written out by hand.
-const std::string kNum4 = "03 01 00 00 00 00 00 00 10 40 ";
-const std::string kNum100 = "03 01 00 00 00 00 00 00 59 40 ", kNum110 = "03 01 00 00 00 00 00 80 5B 40 ";
 
 // A graph's general list of lines: -2, 0 and 2 SD.
 class ThreeSDLines : public R_GraphRefLinesFormat {
@@ -91,101 +71,35 @@ class ThreeSDLines : public R_GraphRefLinesFormat {
 
 }  // namespace
 
-// Between two lines the parameters are interpolated, not the scores: the
-// line at x 3 of kSDLines has mean 105 and SD 5.5, so 108 scores 3 / 5.5,
-// where the mean of the two lines' own scores would be 0.6333.
-TEST(RefDataTest, ScoresAndValuesComeFromTheParametersInterpolatedAtX) {
-  const struct {
-    int type;
-    std::string xml;
-  } sets[] = {
-      {kSD, kSDLines},
-      {kSD, "<line x=\"4\"><x>110</x><sd>6</sd></line><line x=\"2\"><x>100</x><sd>5</sd></line>"},
-      {kLogSD, "<anamnestic><x>100</x><sd>0.1</sd></anamnestic>"},
-      {kLogSD, "<line x=\"2\"><x>100</x><sd>0.1</sd></line><line x=\"4\"><x>120</x><sd>0.2</sd></line>"},
-      {kPercentiles, kPercentiles90_110},
-      {kPercentiles,
-       "<percentiles><list><item value=\"10\">P10</item><item value=\"25\">P25</item>"
-       "<item value=\"90\">P90</item></list></percentiles><anamnestic><perc>80 90 120</perc></anamnestic>"},
-      {kPercentiles, kList3_50_97 + std::string("<line x=\"2\"><perc>90 100 110</perc></line>"
-                                                "<line x=\"4\"><perc>100 110 130</perc></line>")},
-      // 0 and 100 are accepted in the list, but have no score: no search
-      // reads them as numbers, also beyond the ends of the table.
-      {kPercentiles,
-       "<percentiles><list><item value=\"0\">P0</item><item value=\"25\">P25</item>"
-       "<item value=\"50\">P50</item><item value=\"100\">P100</item></list></percentiles>"
-       "<anamnestic><perc>5 10 20 40</perc></anamnestic>"},
-      {kSD, "<note>ignored</note><anamnestic><x>100</x><sd>-5</sd></anamnestic>"},
-  };
-  const struct {
-    int set;
-    char ask;  // 'S': the SD score of `arg`, 'V': the value at the SD score `arg`
-    double x, arg, expected;
-  } rows[] = {
-      {0, 'S', 3, 108, 3 / 5.5}, {0, 'S', 3, 105, 0.0}, {0, 'S', 2, 110, 2.0}, {0, 'S', 4, 104, -1.0},
-      // x outside the lines has no answer, however near; undefined arguments give none.
-      {0, 'S', 1.9999, 100, U}, {0, 'S', 4.0001, 110, U}, {0, 'V', 1.9999, 0, U}, {0, 'V', 4.0001, 0, U},
-      {0, 'S', U, 100, U}, {0, 'S', 3, U, U}, {0, 'V', 3, U, U}, {0, 'V', U, 1, U},
-      // A score beyond 6 is undefined rather than 6; a value has no limit.
-      {0, 'S', 2, 130, 6.0}, {0, 'S', 2, 70, -6.0}, {0, 'S', 2, 130.5, U}, {0, 'S', 2, 69.5, U},
-      {0, 'V', 3, 2, 116.0}, {0, 'V', 2, -1, 95.0}, {0, 'V', 2, 10, 150.0},
-      {1, 'S', 3, 108, 3 / 5.5}, {1, 'S', 2, 110, 2.0},
-      // ln(1.1) / 0.1 and exp(0.15) * 100; the logarithm of a ratio of 0 or below has no value.
-      {2, 'S', U, 110, 0.9531017980432493}, {2, 'S', U, 100, 0.0}, {2, 'V', U, 1.5, 116.1834242728283},
-      {2, 'S', U, 0, U}, {2, 'S', U, -5, U},
-      {3, 'S', 3, 121, 0.6354011986954995}, {3, 'V', 3, -1, 94.67787740675635},  // median 110, SD 0.15
-      // Midway between the values of P50 and P97: half the score of P97;
-      // beyond the table by the outer two columns, up to 6 (150 would be 9.40).
-      {4, 'S', U, 105, 0.9403968024998903}, {4, 'S', U, 100, 0.0}, {4, 'S', U, 90, kSD3}, {4, 'S', U, 110, kSD97},
-      {4, 'S', U, 115, 2.821190407499671}, {4, 'S', U, 85, -2.821190407499671}, {4, 'S', U, 150, U},
-      {4, 'V', U, 0, 100.0}, {4, 'V', U, kSD97 / 2, 105.0}, {4, 'V', U, 3, 115.95071352871997},
-      {4, 'V', U, -2.5, 86.7077387260667},
-      // Without a median the value at 0 is interpolated in SD scale; in
-      // percent it would be 101.538. P25 and P90 give their values.
-      {5, 'V', U, 0, 100.34471628496941}, {5, 'V', U, -0.6744897477328777, 90.0},
-      {5, 'V', U, 1.2815515659749508, 120.0},
-      // The line at x 3 is 95, 105, 120: the values are interpolated before
-      // bracketing, where the mean of the lines' own scores would be 1.2930.
-      {6, 'S', 3, 112.5, 0.9403968024998903}, {6, 'V', 3, 0, 105.0}, {6, 'S', 4, 130, kSD97},
-      {7, 'S', U, 15, -0.33724487386643887}, {7, 'S', U, 20, 0.0}, {7, 'S', U, 5, U}, {7, 'S', U, 7, U},
-      {7, 'S', U, 30, U}, {7, 'S', U, 50, U}, {7, 'V', U, 1, 34.826022239199936},
-      {7, 'V', U, -0.5, 12.586988880400032}, {8, 'S', U, 110, -2.0},  // a negative SD passes
-  };
-  std::vector<std::unique_ptr<R_RefData>> data;
-  for (const auto& set : sets) data.push_back(loadGood(set.type, set.xml));
-  ASSERT_TRUE(data[0]->isFollowed());
-  ASSERT_TRUE(data[2]->isAnamnestic() && !data[2]->isFollowed());
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::to_string(row.set) + " " + row.ask + " x " + std::to_string(row.x) + " of " +
-                 std::to_string(row.arg));
-    const R_RefData& set = *data[row.set];
-    R_Number result(-99.0);
-    if (row.ask == 'S' && set.isAnamnestic()) set.getSD(result, numberOf(row.arg));
-    if (row.ask == 'S' && !set.isAnamnestic()) set.getSD(result, numberOf(row.x), numberOf(row.arg));
-    if (row.ask == 'V' && set.isAnamnestic()) set.getValue(result, numberOf(row.arg));
-    if (row.ask == 'V' && !set.isAnamnestic()) set.getValue(result, numberOf(row.arg), numberOf(row.x));
-    expectNumber(row.expected, result);
-  }
+// A number of refdata_scores.txt: "U" is the undefined number.
+R_Number numberOf(const std::string& text) {
+  return text == "U" ? R_Number() : R_Number(std::strtod(text.c_str(), nullptr));
 }
 
-TEST(RefDataTest, PercentileListHoldsTheSDScoreOfEachPercentile) {
-  auto data = loadGood(kPercentiles, kPercentiles90_110);
-  const R_RefDataPercentiles& percentiles = *data->getPercentiles();
-  ASSERT_EQ(3, percentiles.getN());
-  expectNumber(kSD3, percentiles.getSD(0));
-  expectNumber(0.0, percentiles.getSD(1));
-  expectNumber(kSD97, percentiles.getSD(2));
-  auto single = loadGood(kSD, "<line x=\"2\"><x>100</x><sd>5</sd></line>");
-  EXPECT_FALSE(single->isAnamnestic() || single->isFollowed());  // a single line is neither
+TEST(RefDataTest, ScoresAndValuesComeFromTheParametersInterpolatedAtX) {
+  std::unique_ptr<R_RefData> data;
+  for (const TextCase& row : readCases("knowledge/refdata_scores.txt")) {
+    if (row.out.empty()) {
+      data = loadGood(row.label == "sd" ? kSD : row.label == "logsd" ? kLogSD : kPercentiles, row.input);
+      continue;
+    }
+    SCOPED_TRACE(row.label);
+    std::istringstream fields(row.label);
+    std::string ask, x, arg;
+    fields >> ask >> x >> arg;
+    R_Number result(-99.0), expected = numberOf(row.out[0]);
+    if (ask == "S" && data->isAnamnestic()) data->getSD(result, numberOf(arg));
+    if (ask == "S" && !data->isAnamnestic()) data->getSD(result, numberOf(x), numberOf(arg));
+    if (ask == "V" && data->isAnamnestic()) data->getValue(result, numberOf(arg));
+    if (ask == "V" && !data->isAnamnestic()) data->getValue(result, numberOf(arg), numberOf(x));
+    expectNumber(expected.isDefined() ? expected.getValue() : NAN, result);
+  }
 }
 
 // The x of a line from its attributes; U: the line is refused, also for an
 // x that a line before has.
 TEST(RefDataTest, XOfALineComesFromItsAttributes) {
-  const struct {
-    const char* attributes;
-    double x;
-  } rows[] = {
+  const struct { const char* attributes; double x; } rows[] = {
       {"x=\"3\"", 3}, {"x=\"2,5\"", 2.5}, {"x_from=\"2\" x_to=\"3\"", 2.5}, {"x_from=\"2\" x_to=\"3\" mul=\"12\"", 30},
       {"x=\"6\" div=\"12\"", 0.5}, {"x=\"6\" div=\"0\"", 6}, {"x=\"6\" div=\"?\"", 6}, {"x=\"6\" mul=\"abc\"", 6},
       {"x=\"1\" mul=\"3\" div=\"2\"", 1.5}, {"x=\"1\" x_from=\"5\" x_to=\"7\"", 1}, {"", U}, {"x_from=\"2\"", U},
@@ -211,70 +125,10 @@ TEST(RefDataTest, XOfALineComesFromItsAttributes) {
 }
 
 TEST(RefDataTest, LoadMessagesNameEachFaultInnermostFirst) {
-  const std::string perc = "<anamnestic><perc>90 100 110</perc></anamnestic>",
-                    sd1 = "<anamnestic><x>1</x><sd>1</sd></anamnestic>";
-  const std::string list1 = "<percentiles><list><item value=\"50\">P50</item></list></percentiles>";
-  const std::string closing = "data error closing block ", end = "Error while processing reference data";
-  const std::string item_end = "Error while processing reference data item.",
-                    undefined = "Undefined numeric value in line.";
-  const std::string anamnestic_end = closing + "</anamnestic>: anamnestic data load error";
-  const struct {
-    int type;
-    std::string xml;
-    std::vector<std::string> messages;
-  } rows[] = {
-      {kSD, kList3_50_97, {closing + "</list>: percentile list unexpected", end}},
-      {kPercentiles,
-       kList3_50_97 + std::string(kList3_50_97) + perc,
-       {closing + "</list>: duplicate percentile list", end}},
-      {kPercentiles,
-       "<percentiles><list><item value=\"3\">a</item><item value=\"3\">b</item></list></percentiles>",
-       {closing + "</item>: wrong or duplicate list item", "Error while processing list.",
-        closing + "</list>: percentile list load error", end}},
-      {kSD, sd1 + sd1, {closing + "</anamnestic>: double anamnestic data", end}},
-      {kSD, kSDLines + sd1, {closing + "</anamnestic>: anamnestic and followed data defined", end}},
-      {kSD,
-       sd1 + kSDLines,
-       {closing + "</line>: data and anamnestic data defined", closing + "</line>: data and anamnestic data defined",
-        end}},
-      {kPercentiles,
-       perc + kList3_50_97,
-       {closing + "</anamnestic>: percentile definition must precede anamnestic values", end}},
-      {kPercentiles,
-       "<line x=\"1\"><perc>1 2 3</perc></line>" + std::string(kList3_50_97),
-       {closing + "</line>: Percentile definition must precede data", end}},
-      {kPercentiles,
-       list1 + "<anamnestic><perc>1</perc></anamnestic>",
-       {closing + "</anamnestic>: percentile list too short for anamnestic values", end}},
-      {kPercentiles,
-       list1 + "<line x=\"1\"><perc>1</perc></line>",
-       {closing + "</line>: Percentile definition must precede data", end}},
-      {kSD,
-       "<anamnestic><x>abc</x><sd>1</sd></anamnestic>",
-       {closing + "</x>: x value error", undefined, item_end, anamnestic_end, end}},
-      {kSD,
-       "<anamnestic><x>1</x><sd></sd></anamnestic>",
-       {closing + "</sd>: sd value error", undefined, item_end, anamnestic_end, end}},
-      {kSD, "<anamnestic><x>1</x></anamnestic>", {undefined, item_end, anamnestic_end, end}},
-      {kLogSD, "<anamnestic><x>1</x><sd>0</sd></anamnestic>", {"Wrong SD value.", item_end, anamnestic_end, end}},
-      {kSD,
-       "<anamnestic><perc>1 2</perc></anamnestic>",
-       {closing + "</perc>: percentile values error", undefined, item_end, anamnestic_end, end}},
-      {kPercentiles,
-       kList3_50_97 + std::string("<anamnestic><x>1</x><perc>1 2 3</perc></anamnestic>"),
-       {closing + "</x>: data should be in percentiles", item_end, anamnestic_end, end}},
-      {kPercentiles,
-       kList3_50_97 + std::string("<anamnestic><perc>1 2</perc></anamnestic>"),
-       {closing + "</perc>: percentile values error", undefined, item_end, anamnestic_end, end}},
-      {kPercentiles,
-       kList3_50_97 + std::string("<anamnestic><perc>1 x 3</perc></anamnestic>"),
-       {undefined, item_end, anamnestic_end, end}},
-      {kSD, " ", {"No reference values defined", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/refdata_messages.txt")) {
+    SCOPED_TRACE(row.input);
     std::unique_ptr<R_RefData> data;
-    EXPECT_EQ(row.messages, load(row.type, row.xml, &data));
+    EXPECT_EQ(row.out, load(row.label == "sd" ? kSD : row.label == "logsd" ? kLogSD : kPercentiles, row.input, &data));
   }
 }
 
@@ -302,21 +156,6 @@ TEST(RefDataTest, GraphLinesOfAnSDReferenceAreTheGeneralListAndOfAPercentileOneI
   expectNumber(85.0, value);
 }
 
-TEST(RefDataTest, InterpolatingLineTakesEachNumberBetweenTheTwoLines) {
-  R_RefDataLine left(kSD, nullptr), right(kSD, nullptr);
-  ASSERT_TRUE(left.loadXML("<x>100</x><sd>5</sd>", nullptr));
-  ASSERT_TRUE(right.loadXML("<x>110</x><sd>6</sd>", nullptr));
-  const struct {
-    double right_x, x, mean, sd;
-  } rows[] = {{4, 3, 105, 5.5}, {4, 6, 120, 7}, {2, 2, U, U}, {4, U, U, U}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.x);
-    R_RefDataLine line(left, R_Number(2.0), right, R_Number(row.right_x), numberOf(row.x));
-    expectNumber(row.mean, line.getNumber(0));
-    expectNumber(row.sd, line.getNumber(1));
-  }
-}
-
 // The round trips of the XML form are those of the knowledge file.
 TEST(RefDataTest, XMLFormIsWrittenInLoadOrder) {
   auto sd = loadGood(kSD, kSDLines), percentiles = loadGood(kPercentiles, kPercentiles90_110);
@@ -325,102 +164,4 @@ TEST(RefDataTest, XMLFormIsWrittenInLoadOrder) {
   EXPECT_EQ("<percentiles><list><item value=\"3\">P3</item><item value=\"50\">P50</item><item value=\"97\">P97</item>"
             "</list></percentiles><anamnestic><perc> 90  100  110 </perc></anamnestic>",
             xmlWrittenBy([&](R_XMLTextOutput& output) { percentiles->saveXML(output); }));
-}
-
-TEST(RefDataTest, BinaryFormsArePinned) {
-  const struct {
-    int type;
-    std::string xml, hex;
-  } rows[] = {
-      {kSD, kSDLines,  // x 2, mean 100, SD 5; x 4, mean 110, SD 6
-       "11 02 02 00 00 00 03 01 00 00 00 00 00 00 00 40 10 " + kNum100 + "03 01 00 00 00 00 00 00 14 40 " + kNum4 +
-           "10 " + kNum110 + "03 01 00 00 00 00 00 00 18 40"},
-      {kPercentiles,
-       "<percentiles><list><item value=\"4\">a</item><item value=\"50\">b</item></list></percentiles>"
-       "<anamnestic><perc>100 110</perc></anamnestic>",
-       "11 02 00 00 00 00  07 02 02 00 00 00  01 01 00 61 " + kNum4 +
-           "01 01 00 62 03 01 00 00 00 00 00 00 49 40 10 " + kNum100 + kNum110},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
-    int type = row.type;
-    expectPinnedForm(row.hex, savedBytes(*loadGood(type, row.xml)), [type](R_InputStream& stream, bool* ok) {
-      R_RefData data(type);
-      data.load(stream, ok);
-      return *ok ? savedBytes(data) : Bytes();
-    });
-  }
-}
-
-TEST(RefDataTest, DamagedBinaryCountsAreRefused) {
-  const struct {
-    int type;
-    std::string hex;
-  } rows[] = {
-      {kSD, "11 02 FF FF FF 7F"},                              // two billion lines, no bytes behind
-      {kSD, "11 02 FF FF FF FF"},                              // a negative count
-      {kSD, "11 02 00 00 00 00 10 03 00"},                     // anamnestic line with a number missing
-      {kSD, "11 02 01 00 00 00 03 01 00 00 00 00 00 00 00"},  // x cut inside its value
-      // A percentile list of one item can't bracket anything.
-      {kPercentiles, "11 02 00 00 00 00 07 02 01 00 00 00 01 00 00 " + kNum4 + "10 " + kNum100},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.hex);
-    bool ok = true;
-    loadBytes(row.type, bytesOf(row.hex), &ok);
-    EXPECT_FALSE(ok);
-  }
-}
-
-// The look-up of lines by x must answer as a walk over all lines in order
-// does: the first line of the largest x not above, the first of the
-// smallest x not below. The walk is written out here on its own, and the
-// SD score from it by hand arithmetic, for random tables with repeated and
-// undefined x values, which the stored form keeps as they are.
-TEST(RefDataTest, LineLookUpAnswersAsTheWalkOverAllLines) {
-  std::mt19937 random(20240601);
-  for (int table = 0; table < 200; ++table) {
-    int n = 2 + static_cast<int>(random() % 12);
-    std::vector<double> xs, means, sds;
-    std::vector<bool> defined;
-    Bytes bytes = Bytes{0x11, 0x02, static_cast<unsigned char>(n), 0, 0, 0};
-    for (int i = 0; i < n; ++i) {
-      xs.push_back(static_cast<double>(random() % 8));
-      defined.push_back(random() % 6 != 0);
-      means.push_back(100.0 + random() % 20);
-      sds.push_back(1.0 + random() % 5);
-      R_Number x = defined.back() ? R_Number(xs.back()) : R_Number();
-      bytes =
-          bytes + savedBytes(x) + Bytes{0x10} + savedBytes(R_Number(means.back())) + savedBytes(R_Number(sds.back()));
-    }
-    bool ok = false;
-    auto data = loadBytes(kSD, bytes, &ok);
-    ASSERT_TRUE(ok);
-    EXPECT_EQ(hexOf(bytes), hexOf(savedBytes(*data)));
-    for (int q = 0; q < 40; ++q) {
-      double x = (random() % 90) / 10.0 - 0.5;
-      double value = 95.0 + (random() % 300) / 10.0;
-      int low = -1, high = -1;
-      for (int i = 0; i < n; ++i) {
-        if (!defined[i]) continue;
-        if (xs[i] >= x && (high < 0 || xs[high] > xs[i])) high = i;
-        if (x >= xs[i] && (low < 0 || xs[i] > xs[low])) low = i;
-      }
-      R_Number expected;
-      if (low >= 0 && high >= 0) {
-        double ratio = low == high ? 0 : (x - xs[low]) / (xs[high] - xs[low]);
-        double mean = (means[high] - means[low]) * ratio + means[low];
-        double sd = (sds[high] - sds[low]) * ratio + sds[low];
-        double score = (value - mean) / sd;
-        if (score >= -6 && score <= 6) expected.set(score);
-      }
-      SCOPED_TRACE("table " + std::to_string(table) + " x " + std::to_string(x));
-      R_Number actual;
-      data->getSD(actual, R_Number(x), R_Number(value));
-      ASSERT_EQ(expected.isDefined(), actual.isDefined());
-      if (expected.isDefined()) {
-        EXPECT_EQ(expected.getValue(), actual.getValue());
-      }
-    }
-  }
 }

@@ -2,46 +2,28 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
+#include "tests/support/test_files.h"
 #include "tests/support/xml_fakes.h"
 
 namespace {
 
 // Variable indices: AGE 0, HEIGHT 1, WEIGHT 2, FATHER_HT 3.
-const R_XYVar kHeightByAge(-1, 0, 1);
-const R_XYVar kWeightByAge(-1, 0, 2);
-const R_XYVar kFather(3, -1, -1);
-
 const char* const kSDData =
     "<data type=\"sd\"><line x=\"2\"><x>86</x><sd>3.5</sd></line>"
     "<line x=\"18\"><x>166</x><sd>6</sd></line></data>";
 
 // Height of girls from 2 to 18, with three grid variants: X only, both
-// axes (the default), Y only.
-const std::string kGirls = std::string(
-                               "<name>Height girls</name>\n"
-                               "<sex sex=\"female\"/>\n"
-                               "<xyref><xvar>AGE</xvar><yvar>HEIGHT</yvar></xyref>\n"
-                               "<age><interval><min>2</min><max>18</max></interval></age>\n") +
-                           kSDData +
-                           "<granularity>"
-                           "<variant><xaxe from=\"2\" to=\"6\" step=\"0.5\"/></variant>"
-                           "<variant type=\"default\"><xaxe from=\"0\" to=\"20\" step=\"1\"/>"
-                           "<yaxe from=\"40\" to=\"200\" step=\"10\"/></variant>"
-                           "<variant><yaxe from=\"0\" to=\"100\" step=\"5\"/></variant>"
-                           "</granularity>";
+// axes (the default), Y only; the inner elements of a reference.
+const std::string kGirls = readFile(testData("knowledge/girls_reference.txt"));
 // Fathers, without an age; a twice given sex is one sex.
 const std::string kFathers =
     "<name>F</name><sex sex=\"male\"/><sex sex=\"male\"/><xyref><avar>FATHER_HT</avar></xyref>"
     "<data type=\"sd\"><anamnestic><x>176</x><sd>7</sd></anamnestic></data>";
-const std::string kNoSex = std::string("<name>N</name><xyref><xvar>AGE</xvar><yvar>HEIGHT</yvar></xyref>") + kSDData;
-
-// NaN stands for an undefined number.
-R_Number numberOf(double value) { return std::isnan(value) ? R_Number() : R_Number(value); }
 
 class ReferenceTest : public ::testing::Test {
  protected:
@@ -67,83 +49,27 @@ class ReferenceTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(ReferenceTest, FitsTheSexTheVariablesAndAnAgeOrBothEndsOfAnIntervalInside) {
-  R_Reference girls, fathers, no_sex;
+// Which references fit a sex, an age and a pair of variables is pinned by
+// the searches of r_file_test.cpp over two fixture files.
+TEST_F(ReferenceTest, PropertiesHoldTheSexAndTheDataType) {
+  R_Reference girls, fathers;
   loadGood(girls, kGirls);
   loadGood(fathers, kFathers);
-  loadGood(no_sex, kNoSex);
-  const struct {
-    const R_Reference& reference;
-    int sex;
-    double from, to;  // a point when `to` is absent (NaN) and `from` is not; NaN: undefined
-    bool interval;
-    const R_XYVar& xyref;
-    bool fits;
-  } rows[] = {
-      {girls, 1, 2.0, NAN, false, kHeightByAge, true},       {girls, 1, 18.0, NAN, false, kHeightByAge, true},
-      {girls, 1, 1.999, NAN, false, kHeightByAge, false},    {girls, 1, 18.001, NAN, false, kHeightByAge, false},
-      {girls, 1, NAN, NAN, false, kHeightByAge, false},      {girls, 0, 10.0, NAN, false, kHeightByAge, false},
-      {girls, 2, 10.0, NAN, false, kHeightByAge, false},     {girls, 1, 10.0, NAN, false, kWeightByAge, false},
-      {girls, 1, 2, 18, true, kHeightByAge, true},           {girls, 1, 3, 5, true, kHeightByAge, true},
-      {girls, 1, 1, 5, true, kHeightByAge, false},           {girls, 1, 5, 19, true, kHeightByAge, false},
-      {girls, 1, 3, NAN, true, kHeightByAge, false},         {girls, 0, 3, 5, true, kHeightByAge, false},
-      {girls, 1, 3, 5, true, kWeightByAge, false},           {fathers, 0, NAN, NAN, false, kFather, true},
-      {fathers, 0, -40.0, NAN, false, kFather, true},        {fathers, 0, 0, 100, true, kFather, true},
-      {fathers, 0, NAN, 5, true, kFather, false},            {fathers, 1, 30.0, NAN, false, kFather, false},
-      {no_sex, 0, 5.0, NAN, false, kHeightByAge, false},     {no_sex, 1, 3, 4, true, kHeightByAge, false},
-      {no_sex, 2, 5.0, NAN, false, kHeightByAge, false},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.reference.getName().get()) + " sex " + std::to_string(row.sex) + " from " +
-                 std::to_string(row.from) + (row.interval ? " to " + std::to_string(row.to) : ""));
-    if (row.interval)
-      EXPECT_EQ(row.fits, row.reference.fits(row.sex, R_Interval(numberOf(row.from), numberOf(row.to)), row.xyref));
-    else
-      EXPECT_EQ(row.fits, row.reference.fits(row.sex, numberOf(row.from), row.xyref));
-  }
-  EXPECT_FALSE(girls.isForSex(-1));
+  EXPECT_TRUE(girls.isForSex(1));
+  EXPECT_FALSE(girls.isForSex(0) || girls.isForSex(-1));
   EXPECT_EQ(R_Reference::propMale | R_Reference::propSD, fathers.getProperties());
 }
 
 TEST_F(ReferenceTest, LoadMessagesNameEachFaultInnermostFirst) {
-  const std::string r = "<name>R</name>", c = "data error closing block ", end = "Error while processing reference";
-  const std::string sex = "data error processing standalone tag <sex../>: ";
-  const std::string anamnestic = "<anamnestic><x>1</x><sd>1</sd></anamnestic></data>";
-  const struct {
-    std::string xml;
-    std::vector<std::string> messages;
-  } rows[] = {
-      {r + "<sex sex=\"Male\"/>" + kSDData, {sex + "unrecognized sex", end}},
-      {r + "<sex/>" + kSDData, {sex + "unrecognized sex", end}},
-      {r + "<sex sex=\"male\"/><sex sex=\"female\"/>" + kSDData, {sex + "duplicate sex definition", end}},
-      {r, {"No data defined", end}},
-      {kSDData, {"Name not defined", end}},
-      {"<sex sex=\"male\"/>", {"No data defined", "Name not defined", end}},
-      {"<name> \n </name>" + std::string(kSDData), {c + "</name>: reference name not defined", end}},
-      {r + "<data type=\"SD\">" + anamnestic, {c + "</data>: unknown reference data type", end}},
-      {r + "<data>" + anamnestic, {c + "</data>: unknown reference data type", end}},
-      {r + kSDData + kSDData, {c + "</data>: duplicate data", end}},
-      {r + "<data type=\"sd\"> </data>",
-       {"No reference values defined", "Error while processing reference data", c + "</data>: data load error", end}},
-      {r + "<xyref><xvar>AGE</xvar><yvar>NOPE</yvar></xyref>" + kSDData,
-       {c + "</yvar>: wrong y variable", "Error while processing X-Y variable definition.",
-        c + "</xyref>: x-y definition load error", end}},
-      {r + "<age><interval><min>5</min><max>3</max></interval></age>" + kSDData,
-       {"Invalid interval definition (min > max).", "Error while processing interval.",
-        c + "</interval>: age load error", end}},
-      {r + kSDData + "<granularity><variant> </variant></granularity>",
-       {"Missing at least some granularity values.", "Error while processing granularity variant.",
-        c + "</variant>: granularity load error", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/reference_messages.txt")) {
+    SCOPED_TRACE(row.input);
     R_Reference reference;
-    EXPECT_EQ(row.messages, load(reference, row.xml, false));
+    EXPECT_EQ(row.out, load(reference, row.input, false));
   }
 }
 
 TEST_F(ReferenceTest, GranularityIsFoundInOrderOfTheVariants) {
-  R_Reference reference;
+  R_Reference reference, unflagged, none, failed;
   loadGood(reference, kGirls);
   EXPECT_EQ(0, reference.findGranularityX(3, 5));
   EXPECT_EQ(1, reference.findGranularityX(1, 5));
@@ -152,20 +78,15 @@ TEST_F(ReferenceTest, GranularityIsFoundInOrderOfTheVariants) {
   EXPECT_EQ(2, reference.findGranularityY(10, 20));
   EXPECT_EQ(-1, reference.findGranularityY(-10, 20));
   EXPECT_EQ(1, reference.getDefaultGranularity());
-  R_Reference unflagged;
-  loadGood(unflagged, std::string("<name>R</name>") + kSDData +
-                          "<granularity><variant><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant>"
-                          "<variant><xaxe from=\"0\" to=\"2\" step=\"1\"/></variant></granularity>");
-  EXPECT_EQ(0, unflagged.getDefaultGranularity());
-  R_Reference none;
+  const std::string variant = "<variant><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant>";
+  loadGood(unflagged, "<name>R</name>" + std::string(kSDData) + "<granularity>" + variant + variant + "</granularity>");
+  EXPECT_EQ(0, unflagged.getDefaultGranularity());  // without a default, the first
   loadGood(none, std::string("<name>R</name>") + kSDData);
   EXPECT_EQ(-1, none.getDefaultGranularity());
   EXPECT_EQ(-1, none.findGranularityX(0, 1));
-  R_Reference failed;  // a failed variant is kept, and the reference fails
-  load(failed, std::string("<name>R</name>") + kSDData +
-                   "<granularity><variant><xaxe from=\"1\" to=\"1\" step=\"1\"/></variant>"
-                   "<variant><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity>",
-       false);
+  // A failed variant is kept, and the reference fails.
+  load(failed, "<name>R</name>" + std::string(kSDData) + "<granularity><variant><xaxe from=\"1\" to=\"1\" step=\"1\"/>"
+               "</variant>" + variant + "</granularity>", false);
   EXPECT_EQ(2, failed.getGranularityCount());
 }
 
@@ -185,46 +106,4 @@ TEST_F(ReferenceTest, XMLFormIsWrittenInItsFixedOrder) {
   loadGood(plain, "<data type=\"logsd\"><anamnestic><x>176</x><sd>0.04</sd></anamnestic></data><name>P</name>");
   EXPECT_EQ("<name>P</name><data type=\"logsd\"><anamnestic><x>176</x><sd>0.04</sd></anamnestic></data>",
             xmlOf(plain));
-}
-
-// The fathers' reference, stored: tag, name "R", properties male | SD, data
-// (no lines, the anamnestic line 175, 7), any age, avar 3, one variant that is
-// the default.
-const char* const kStoredFathers =
-    "15 01 01 00 52 02 09 00 00 00 "
-    "11 02 00 00 00 00 10 03 01 00 00 00 00 00 E0 65 40 03 01 00 00 00 00 00 00 1C 40 "
-    "04 03 00 03 00 02 00 00 00 00 12 02 03 00 00 00 02 FF FF FF FF 02 FF FF FF FF 02 01 00 00 00 02 01 00 00 00 "
-    "14 03 01 00 00 00 00 00 00 00 00 03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 "
-    "03 01 00 00 00 00 00 00 F0 3F 03 00 03 00 03 00";
-
-TEST_F(ReferenceTest, BinaryFormIsPinned) {
-  R_Reference reference;
-  loadGood(reference,
-           "<name>R</name><sex sex=\"male\"/><xyref><avar>FATHER_HT</avar></xyref>"
-           "<data type=\"sd\"><anamnestic><x>175</x><sd>7</sd></anamnestic></data>"
-           "<granularity><variant type=\"default\"><xaxe from=\"0\" to=\"1\" step=\"1\"/></variant></granularity>");
-  expectPinnedForm(kStoredFathers, savedBytes(reference), reloaded<R_Reference>);
-  R_Reference girls;
-  loadGood(girls, kGirls);
-  Bytes bytes = savedBytes(girls);
-  expectPinnedForm(hexOf(bytes), bytes, reloaded<R_Reference>);
-}
-
-TEST(ReferenceBinaryTest, LoadRefusesDamagedForms) {
-  const struct {
-    const char* label;
-    size_t at;
-    Bytes patch;
-  } rows[] = {
-      {"no data type", 6, {0x01}},
-      {"a negative variant count", 64, {0xFF, 0xFF, 0xFF, 0xFF}},
-      {"a huge variant count", 64, {0xFF, 0xFF, 0xFF, 0x7F}},
-      {"one variant more than stored", 64, {0x02}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
-    Bytes damaged = bytesOf(kStoredFathers);
-    for (size_t i = 0; i < row.patch.size(); ++i) damaged[row.at + i] = row.patch[i];
-    EXPECT_FALSE(reloads(hexOf(damaged), reloaded<R_Reference>));
-  }
 }

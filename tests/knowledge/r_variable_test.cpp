@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/knowledge/case_file.h"
 #include "tests/knowledge/knowledge_test_support.h"
 #include "tests/support/xml_fakes.h"
 
@@ -24,16 +25,6 @@ const std::string kTanner =
 const std::string kBMI =
     "<id>BMI</id><properties type=\"calculated\" scope=\"followed\" data=\"real\"/><name>BMI</name>"
     "<method><compute>WEIGHT/HEIGHT</compute></method>";
-
-// Loads a variable into a fresh object; answers what it saves then.
-Bytes reloadedAt(int index, R_InputStream& stream, bool* ok) {
-  R_Variable variable;
-  variable.load(index, stream, ok);
-  EXPECT_TRUE(!*ok || variable.getIndex() == index);
-  return *ok ? savedBytes(variable) : Bytes();
-}
-
-Bytes reloadedVariable(R_InputStream& stream, bool* ok) { return reloadedAt(7, stream, ok); }
 
 // AGE 0, HEIGHT 1, WEIGHT 2, TANNER 3, BMI 4.
 class VariableTest : public ::testing::Test {
@@ -57,94 +48,16 @@ class VariableTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(VariableTest, LoadTakesEveryElementInAnyOrder) {
-  R_Variable variable;
-  ASSERT_TRUE(load(variable, "<helpid>h-1</helpid><xyref><yvar>HEIGHT</yvar><xvar>AGE</xvar></xyref>" +
-                                 kHeightHead + "<precision>0.1</precision><unit> cm </unit>")
-                  .empty());
-  EXPECT_EQ(1, variable.getIndex());
-  EXPECT_EQ(128 | 32 | 64 | 8 | 16, variable.getProperties());
-  EXPECT_STREQ("cm", variable.getUnit());
-  EXPECT_TRUE(variable.getPrecision().isEqual(0.1));
-  EXPECT_STREQ("h-1", variable.getHelpId());
-  EXPECT_TRUE(variable.getXYVar() == R_XYVar(-1, 0, 1));
-  EXPECT_TRUE(variable.isOwnY());
-  EXPECT_FALSE(variable.isOwnX());
-  R_Variable overwritten;  // a second properties element overwrites the first
-  ASSERT_TRUE(
-      load(overwritten, kHeightHead + "<properties type=\"index\" scope=\"anamnestic\" data=\"real\" sex=\"male\"/>")
-          .empty());
-  EXPECT_EQ(256 | 1 | 64 | 16, overwritten.getProperties());
-  R_Variable tanner;  // a list variable takes its interval from its items
-  ASSERT_TRUE(load(tanner, kTanner).empty());
-  EXPECT_TRUE(tanner.getInterval().getMin().isEqual(1) && tanner.getInterval().getMax().isEqual(5));
-  EXPECT_EQ(17, tanner.getInterval().getFlags());
-}
-
+// kHeight, kTanner and kBMI load; the faults are in variable_messages.txt.
 TEST_F(VariableTest, LoadReportsEveryFaultInnermostFirst) {
-  // HEIGHT with the given properties attributes and no name.
-  auto height = [](const std::string& attributes) { return "<id>HEIGHT</id><properties " + attributes + "/>"; };
-  const std::string c = "data error closing block ", tag = "data error processing standalone tag <properties../>: ";
-  const std::string end = "Error while processing variable.", item1 = "<item value=\"1\">a</item>";
-  const struct {
-    std::string xml;
-    std::vector<std::string> messages;  // empty: the load succeeds
-  } rows[] = {
-      {kHeight, {}},
-      {kTanner, {}},
-      {kBMI, {}},
-      {kHeightHead + "<id>WEIGHT</id>", {}},  // a second id overwrites
-      {kHeightHead + "<unit></unit>", {}},    // an empty unit is a unit
-      {kHeightHead + "<comment>ignored</comment>", {}},
-      {kHeightHead + "<unit></unit><unit>cm</unit>", {c + "</unit>: double defined unit", end}},
-      {kHeightHead + "<precision>abc</precision>", {c + "</precision>: precision load error", end}},
-      {kHeightHead + "<precision>1</precision><precision>2</precision>",
-       {c + "</precision>: double defined precision", end}},
-      {kHeightHead + "<name>Again</name>", {c + "</name>: double defined name", end}},
-      {height("type=\"measured\" scope=\"followed\" data=\"real\"") + "<name> </name>",
-       {c + "</name>: variable name load error", end}},
-      {kHeightHead + "<id></id>", {c + "</id>: variable code is not recognized", end}},
-      {"<id>LENGTH</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>L</name>",
-       {"Variable identification does notch match pre-scan.", end}},
-      {"<id>HEIGHT</id><name>H</name>", {"No properties/name defined.", end}},
-      {height("type=\"measured\" scope=\"followed\" data=\"real\""), {"No properties/name defined.", end}},
-      {height("type=\"weight\" scope=\"followed\" data=\"real\"") + "<name>H</name>",
-       {tag + "wrong variable type", end}},
-      {height("type=\"measured\" data=\"real\"") + "<name>H</name>", {tag + "wrong variable scope", end}},
-      {height("type=\"measured\" scope=\"followed\" data=\"Real\"") + "<name>H</name>",
-       {tag + "wrong variable data type", end}},
-      {kHeightHead + "<values><interval><min>1</min></interval><interval><max>2</max></interval></values>",
-       {c + "</interval>: double defined interval", end}},
-      {kHeightHead + "<values><interval><min>2</min><max>1</max></interval></values>",
-       {"Invalid interval definition (min > max).", "Error while processing interval.",
-        c + "</interval>: variable values load error", end}},
-      {kTannerHead + "<values><list>" + item1 + "</list></values>", {"No list items.", end}},
-      {kTannerHead, {"No list items.", end}},
-      {kTanner + "<values><list>" + item1 + "<item value=\"2\">b</item></list></values>",
-       {c + "</list>: double defined list", end}},
-      {kTannerHead + "<values><list>" + item1 + item1 + "</list></values>",
-       {c + "</item>: wrong or duplicate list item", "Error while processing list.",
-        c + "</list>: list of values load error", end}},
-      {kHeightHead + "<values><list>" + item1 + "</list></values>", {"List items in real variable definition.", end}},
-      {"<id>BMI</id><properties type=\"calculated\" scope=\"followed\" data=\"real\"/><name>BMI</name>",
-       {"No compute methods.", end}},
-      {kHeightHead + "<method><compute>WEIGHT</compute></method>", {"Compute methods in followed variable.", end}},
-      {kBMI + "<method><compute>WEIGHT</compute></method>", {c + "</method>: double defined methods", end}},
-      {kHeightHead + "<xyref><xvar>AGE</xvar></xyref><xyref><xvar>AGE</xvar></xyref>",
-       {c + "</xyref>: double defined xyref", end}},
-      {kHeightHead + "<xyref><xvar>LENGTH</xvar></xyref>",
-       {c + "</xvar>: wrong x variable", "Error while processing X-Y variable definition.",
-        c + "</xyref>: x-y definition load error", end}},
-      {kHeightHead + "<helpid></helpid>", {c + "</helpid>: variable help-id load error", end}},
-      {kHeightHead + "<helpid>a</helpid><helpid>b</helpid>", {c + "</helpid>: double defined help id", end}},
-      // The checks after the parse all run and all report.
-      {"<id>LENGTH</id>" + kTannerHead.substr(15) + "<values><list>" + item1 + "</list></values>",
-       {"No list items.", "Variable identification does notch match pre-scan.", end}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const std::string& good : {kHeight, kTanner, kBMI}) {
     R_Variable variable;
-    EXPECT_EQ(row.messages, load(variable, row.xml));
+    EXPECT_EQ(std::vector<std::string>(), load(variable, good));
+  }
+  for (const TextCase& row : readCases("knowledge/variable_messages.txt")) {
+    SCOPED_TRACE(row.input);
+    R_Variable variable;
+    EXPECT_EQ(row.out, load(variable, row.input));
   }
 }
 
@@ -173,8 +86,7 @@ TEST_F(VariableTest, FormatValueRoundsToThePrecisionOrNeedsAnEqualListItem) {
     bool with_unit;
     const char* text;
   } rows[] = {
-      {kHeight, 123.456, true, "123.5 cm"}, {kHeight, 123.456, false, "123.5"}, {kHeight, 250, true, "250.0 cm"},
-      {kHeight, 0.0, true, ""},  // the open end
+      {kHeight, 123.456, false, "123.5"}, {kHeight, 250, true, "250.0 cm"}, {kHeight, 0.0, true, ""},  // open end
       {kHeight, 250.01, true, ""}, {kHeight, NAN, true, ""},
       {kHeightHead, 1.23456789, true, "1.23457"},  // without a precision "%g", without a unit no blank
       {kTanner, 5, true, "T5"}, {kTanner, 2.5, true, ""},  // inside the interval, but no item
@@ -195,64 +107,26 @@ TEST_F(VariableTest, FormatValueRoundsToThePrecisionOrNeedsAnEqualListItem) {
 // stored forms; the help id, and the xyref of an age variable, are kept in
 // the binary form only.
 TEST_F(VariableTest, EveryKindIsWrittenInFixedOrderAndSurvivesBothStoredForms) {
-  const struct {
-    std::string xml, written;  // written "": not pinned here
-  } rows[] = {
-      {kHeight + "<helpid>h</helpid>",
-       "<id>HEIGHT</id><properties type=\"measured\" scope=\"followed\" data=\"real\" /><name>Height</name>"
-       "<values><interval><min boundary=\"open\">0</min><max boundary=\"closed\">250</max></interval></values>"
-       "<unit>cm</unit><precision>0.1</precision><xyref><xvar>AGE</xvar><yvar>HEIGHT</yvar></xyref>"},
-      {kTanner + "<unit>ignored</unit>",
-       "<id>TANNER</id><properties type=\"measured\" scope=\"followed\" data=\"list\" /><name>Tanner</name>"
-       "<values><list><item value=\"5\">T5</item><item value=\"1\">T1</item></list></values>"},
-      {"<id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\" sex=\"female\"/><name>Age</name>"
-       "<xyref><xvar>AGE</xvar><yvar>HEIGHT</yvar></xyref>",
-       "<id>AGE</id><properties type=\"age\" scope=\"followed\" data=\"real\" sex=\"female\" /><name>Age</name>"},
-      {"<id>WEIGHT</id><properties type=\"index\" scope=\"anamnestic\" data=\"real\"/><name>W</name>"
-       "<unit>kg</unit><values><interval><min>0</min></interval></values>",
-       "<id>WEIGHT</id><properties type=\"index\" scope=\"anamnestic\" data=\"real\" /><name>W</name>"},
-      {kBMI, ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.xml);
+  for (const TextCase& row : readCases("knowledge/variable_forms.txt")) {
+    SCOPED_TRACE(row.input);
     R_Variable first, second, loaded;
-    ASSERT_TRUE(load(first, row.xml).empty());
-    std::string written = xmlOf(first);
-    if (!row.written.empty()) {
-      EXPECT_EQ(row.written, written);
+    ASSERT_TRUE(load(first, row.input).empty());
+    std::string written = xmlOf(first), expected;
+    for (const std::string& part : row.out) expected += part;
+    if (!row.out.empty()) {
+      EXPECT_EQ(expected, written);
     }
     ASSERT_TRUE(load(second, written).empty());
     EXPECT_EQ(written, xmlOf(second));
     Bytes bytes = savedBytes(first);
-    expectPinnedForm(hexOf(bytes), bytes, [&](R_InputStream& stream, bool* ok) {
-      return reloadedAt(first.getIndex(), stream, ok);
-    });
     R_BufferInputStream stream(bytes.data(), static_cast<int>(bytes.size()));
     bool ok = true;
     loaded.load(first.getIndex(), stream, &ok);
+    ASSERT_TRUE(ok);
+    EXPECT_EQ(first.getIndex(), loaded.getIndex());
+    EXPECT_EQ(hexOf(bytes), hexOf(savedBytes(loaded)));
     EXPECT_EQ(written, xmlOf(loaded));
     EXPECT_STREQ(first.getHelpId(), loaded.getHelpId());
     EXPECT_TRUE(loaded.getXYVar() == first.getXYVar());
   }
-}
-
-TEST(VariableBinaryTest, BinaryFormIsPinnedAndTheLoadTakesTheIndexItIsGiven) {
-  NamedStatistics statistics({"HT"});
-  R_Variable variable;
-  ASSERT_TRUE(variable.loadXML(
-      "<id>HT</id><properties type=\"measured\" scope=\"followed\" data=\"real\"/><name>H</name><unit>cm</unit>",
-      statistics, nullptr));
-  // Measured, followed, real, both sexes (248); name "H"; no help id; unit
-  // "cm"; no precision; no interval; no xyref.
-  expectPinnedForm("08 02 F8 00 00 00 01 01 00 48 01 00 00 01 02 00 63 6D 03 00 04 03 00 03 00 02 00 00 00 00 "
-                   "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF",
-                   savedBytes(variable), reloadedVariable);
-}
-
-TEST(VariableBinaryTest, ACalculatedVariableWithoutAValidEquationFails) {
-  // Properties 4|32|64|24 = 124, name "C", no help id, then an equation
-  // stored as invalid (tag 6, byte 0).
-  EXPECT_FALSE(reloads("08 02 7C 00 00 00 01 01 00 43 01 00 00 06 00 01 00 00 03 00 04 03 00 03 00 02 00 00 00 00 "
-                       "12 02 FF FF FF FF 02 FF FF FF FF 02 FF FF FF FF",
-                       reloadedVariable));
 }
