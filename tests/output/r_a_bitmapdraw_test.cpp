@@ -5,11 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
-#include "output/r_a_bitmapfont.h"
 #include "tests/output/canvas_dump.h"
 
 namespace {
@@ -187,19 +185,6 @@ TEST(BitmapDrawTest, DoubledTextGrowsTallerAndRunsOffTheRightEdgeHarmlessly) {
   EXPECT_EQ(0, R_A_BitmapDraw::getTextWidth(nullptr));
 }
 
-TEST(BitmapDrawTest, FontHoldsTheCodePageLettersAndBlanksAtTheirPlaces) {
-  const unsigned char a[] = {0x00, 0x38, 0x6C, 0xC6, 0xC6, 0xFE, 0xC6, 0xC6};
-  const unsigned char aAcute[] = {0x18, 0x30, 0x00, 0x7C, 0xC6, 0xFE, 0xC6, 0xC6};
-  const unsigned char sCaron[] = {0x66, 0x3C, 0x00, 0x7E, 0xC0, 0x7C, 0x06, 0xFC};
-  EXPECT_EQ(0, memcmp(a, R_A_BitmapFont::getGlyph(0x41), 8));
-  EXPECT_EQ(0, memcmp(aAcute, R_A_BitmapFont::getGlyph(0xC1), 8));
-  EXPECT_EQ(0, memcmp(sCaron, R_A_BitmapFont::getGlyph(0x8A), 8));
-  const unsigned char blank[8] = {};
-  for (int b : {32, 144, 153, 160}) EXPECT_EQ(0, memcmp(blank, R_A_BitmapFont::getGlyph(b), 8)) << b;
-  for (int b : {0x01, 0x9E, 0xE8, 0xF8, 0xEC, 0xD8, 0x8E, 0xDD, 0xF9})
-    EXPECT_NE(0, memcmp(blank, R_A_BitmapFont::getGlyph(b), 8)) << b;
-}
-
 TEST(BitmapDrawTest, ExtremeCoordinatesNeitherOverflowNorDraw) {
   R_A_BitmapDraw canvas(16, 16);
   for (int a : {INT32_MIN, INT32_MIN + 1, INT32_MAX - 1, INT32_MAX}) {
@@ -219,10 +204,9 @@ TEST(BitmapDrawTest, AnyCanvasSizeIsEitherARasterOrEmpty) {
     int w, h;
     bool empty;
     int rowBytes;
-  } rows[] = {{1, 1, false, 16},       {31, 2, false, 16},     {32, 2, false, 32}, {64, 1, false, 48},
-              {0, 5, true, 0},         {5, 0, true, 0},        {-3, 4, true, 0},   {4, -1, true, 0},
-              {100000, 10, true, 0},   {10, 100000, true, 0},  {32767, 1, false, 16384},
-              {30000, 30000, true, 0}, {INT32_MIN, INT32_MAX, true, 0}};
+  } rows[] = {{1, 1, false, 16},     {31, 2, false, 16},    {32, 2, false, 32},      {64, 1, false, 48},
+              {0, 5, true, 0},       {-3, 4, true, 0},      {100000, 10, true, 0},   {32767, 1, false, 16384},
+              {10, 100000, true, 0}, {30000, 30000, true, 0}, {INT32_MIN, INT32_MAX, true, 0}};
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.w << "x" << r.h);
     R_A_BitmapDraw canvas(r.w, r.h);

@@ -133,19 +133,6 @@ TEST_F(HTMLOutputTest, CircumflexAtTheEndOfAPageCarriesOverToTheNext) {
   EXPECT_EQ(second.sink.text(), "<sup>2</sup> cm");
 }
 
-TEST_F(HTMLOutputTest, NormalFontIsEmptyUnlessTheSetupGivesIt) {
-  Page plain, styled;
-  styled.setup.setStr(S::strHtmlFontNormalOn, "<span>");
-  styled.setup.setStr(S::strHtmlFontNormalOff, "</span>");
-  for (Page* page : {&plain, &styled}) {
-    page->out().setFont(1);
-    page->out().writeChar(0, 'x');
-    page->out().setFont(4);
-  }
-  EXPECT_EQ(plain.sink.text(), "x");
-  EXPECT_EQ(styled.sink.text(), "<span>x</span>");
-}
-
 TEST_F(HTMLOutputTest, WishedGraphWidthCountsFrom200To1000) {
   const struct { const char* wished; int width; } rows[] = {
       {nullptr, 700}, {"199", 700}, {"200", 200}, {"640.9", 640}, {"1000", 1000},
@@ -187,28 +174,6 @@ TEST_F(HTMLOutputTest, MetricsAndSettingsComeFromTheirKeys) {
 
 int fixedRandom() { return 40000; }          // 40000 % 31573 = 8427
 long long fixedClock() { return 1700000000; }  // 1700000000 % 12071 = 4857
-
-TEST_F(HTMLOutputTest, GraphFilesAreNamedByRandomClockAndRunningNumber) {
-  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
-  const struct { const char* extension; const char* text; const char* events; } rows[] = {
-      {"bmp", "<center><p><i>Height</i><br><img src=\"u/842748572.bmp\"></img></p></center>",
-       "graph /g/842748571.bmp u/842748571.bmp|graph /g/842748572.bmp u/842748572.bmp"},
-      {"gif", "", "graph /g/842748573.gif u/842748573.gif|graph /g/842748574.gif u/842748574.gif"},
-      {"wmf", "<center><p><i>Height</i><br><img src=\"u/842748576.wmf\"></img></p></center>",
-       "graph /g/842748575.wmf u/842748575.wmf|graph /g/842748577.wmf u/842748577.wmf"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.extension);
-    Page page;
-    page.setup.setStr(S::strGraphExtension, row.extension);
-    page.out().setGraphDirs("/g/", "u/");
-    page.out().endGraph(0, "Weight");
-    page.out().beginGraph(0, "Height", 300, 200);
-    page.out().endGraph(0, "Height");
-    EXPECT_EQ(page.sink.text(), row.text);
-    EXPECT_EQ(page.sink.events()[0] + "|" + page.sink.events()[1], row.events);
-  }
-}
 
 // The default generator is the portable rand(): 16838, 5758, ... from seed 1.
 TEST_F(HTMLOutputTest, DefaultRandomDigitsFollowThePortableSequence) {
@@ -393,11 +358,6 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
       // strokes from the tip step x by -1, y every second step.
       {"arrow to the right", 10, 7, [](R_A_HTMLOutput& o) { o.drawDataArrow(0, 4, 8, 4, 0); },
        "..........\n..........\n..........\n.....88...\n888888888.\n.....88...\n..........\n"},
-      // a = 0: points 3.46 -> 3 and 4 +/- 2; the strokes from (0, 4) to
-      // (3, 6) and (3, 2) step y after the first pixel.
-      {"arrow to the left, secondary", 10, 7,
-       [](R_A_HTMLOutput& o) { o.drawDataArrow(8, 4, 0, 4, 1); },
-       "..........\n..........\n..........\n.99.......\n999999999.\n.99.......\n..........\n"},
       // Style 1, y1 = y2 = 5: from y2 + h = 8 up to y2 - h = 2.
       {"range bar of one target", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 5, 5, 1); },
        ".........\n.........\n.........\n....a....\n....a....\n.aaaaaa..\n"
@@ -406,10 +366,6 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
       {"range bar style 1, y1 above", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 1); },
        ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
        "....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"},
-      // Style 1, y1 > y2: from y1 = 7 up to y2 - h = -1.
-      {"range bar style 1, y1 below", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 7, 2, 1); },
-       "....a....\n....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"
-       "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
       {"range bar style 0: from y1 to y2", 9, 11,
        [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 0); },
        ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
