@@ -14,30 +14,18 @@ namespace {
 
 const int kSolid = 0xFFFF;
 
-TEST(BitmapDrawTest, LineSkipsItsEndPointAndStepsLikeBresenham) {
-  struct Row {
-    int w, h, x0, y0, x1, y1;
-    const char* dump;
-  } rows[] = {
-      {9, 6, 1, 1, 7, 4, ".........\n.11......\n...11....\n.....11..\n.........\n.........\n"},
-      {7, 5, 5, 4, 0, 2, ".......\n.......\n.1.....\n..11...\n....11.\n"},  // backwards
-      {4, 4, 0, 0, 3, 3, "1...\n.1..\n..1.\n....\n"},                       // equal axes: y leads
-      {10, 1, 0, 0, 10, 0, "1111111111\n"},                                 // 10 dots, not 11
-      {3, 3, 1, 1, 1, 1, "...\n...\n...\n"},                                // a point draws nothing
-  };
-  for (const Row& r : rows) {
-    SCOPED_TRACE(r.dump);
-    R_A_BitmapDraw canvas(r.w, r.h);
-    canvas.drawLine(r.x0, r.y0, r.x1, r.y1, 1, kSolid, 1);
-    EXPECT_EQ(r.dump, dumpCanvas(canvas));
-  }
-}
-
-TEST(BitmapDrawTest, DashPatternsCountDotsFromOneAndWidePensStretchThem) {
+// Lines skip their end point and step like Bresenham; dash patterns count
+// dots from one, and wide pens stretch them.
+TEST(BitmapDrawTest, LinesStepDashAndWidenAsTheseCanvasesShow) {
   struct Row {
     int w, h, x0, y0, x1, y1, color, pattern, pen;
     const char* dump;
   } rows[] = {
+      {9, 6, 1, 1, 7, 4, 1, kSolid, 1, ".........\n.11......\n...11....\n.....11..\n.........\n.........\n"},
+      {7, 5, 5, 4, 0, 2, 1, kSolid, 1, ".......\n.......\n.1.....\n..11...\n....11.\n"},  // backwards
+      {4, 4, 0, 0, 3, 3, 1, kSolid, 1, "1...\n.1..\n..1.\n....\n"},                       // equal axes: y leads
+      {10, 1, 0, 0, 10, 0, 1, kSolid, 1, "1111111111\n"},                                 // 10 dots, not 11
+      {3, 3, 1, 1, 1, 1, 1, kSolid, 1, "...\n...\n...\n"},                                // a point draws nothing
       {16, 1, 0, 0, 16, 0, 1, 0xCCCC, 1, ".11..11..11..11.\n"},
       {16, 1, 0, 0, 16, 0, 1, 0x7777, 1, "11.111.111.111.1\n"},
       {12, 4, 1, 1, 9, 1, 2, 0xCCCC, 2, "............\n....22222...\n....22222...\n............\n"},

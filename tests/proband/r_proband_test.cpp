@@ -362,26 +362,3 @@ TEST_F(ProbandTest, CopyFromCarriesValuesByNameAcrossKnowledgeFiles) {
   EXPECT_FALSE(back.copyFrom(empty));
   EXPECT_EQ(0, back.getVisitCount());
 }
-
-// The expected count only sizes the visit's storage: whatever it says, the
-// visit holds every value set on it, also when more arrive by a merge.
-TEST_F(ProbandTest, AnyExpectedValueCountGivesTheSameVisit) {
-  std::string first;
-  for (int expected : {0, 1, 2, 40}) {
-    SCOPED_TRACE(expected);
-    proband.clear();
-    proband.setSex(0);
-    int visit = proband.addVisit(R_Number(4.0), R_Date(), expected);
-    ASSERT_EQ(0, visit);
-    for (int order = proband.getFollowedCount() - 1; order >= 0; --order)
-      proband.setFollowedNumber(visit, order, R_Number(100.5 + order));
-    EXPECT_EQ(visit, proband.addVisit(R_Number(4.001), R_Date(), 1));
-    proband.setFollowedNumber(visit, 0, R_Number(120.0));
-    std::string text = textOf(proband);
-    if (first.empty()) first = text;
-    EXPECT_EQ(first, text);
-  }
-  EXPECT_EQ("<proband><info sex=\"male\" /><data><record age=\"4\"><val var=\"HEIGHT\">120</val>"
-            "<val var=\"WEIGHT\">101.5</val></record></data></proband>",
-            first);
-}
