@@ -325,16 +325,14 @@ TEST_F(PlainReaderTest, GivesUpOnEveryTruncation) {
 // file ignores it outside records and empties the record holding it.
 TEST_F(PlainReaderTest, GivesUpOnNulBytes) {
   const std::string between = database(kGood + std::string(1, '\0'));
-  EXPECT_FALSE(takesPlainRoad(between, k(0)));
-  EXPECT_EQ(byText(database(kGood), k(0)), byFile(between, k(0)));
   const std::string inside = database(record(std::string("a\0b", 3), "") + kGood);
-  EXPECT_FALSE(takesPlainRoad(inside, k(0)));
+  EXPECT_FALSE(takesPlainRoad(between, k(0)) || takesPlainRoad(inside, k(0)));
+  EXPECT_EQ(byText(database(kGood), k(0)), byFile(between, k(0)));
   const std::string outcome = byFile(inside, k(0));
-  EXPECT_EQ(
-      "\nno input data\nError while processing database record.\ndata error closing block </p_record>: error while "
-      "reading record\nError while processing database.",
-      outcome.substr(outcome.find("\nno input")));
   EXPECT_EQ("1\nGood/|", outcome.substr(0, 8));
+  EXPECT_EQ("\nno input data\nError while processing database record.\ndata error closing block </p_record>: error "
+            "while reading record\nError while processing database.",
+            outcome.substr(outcome.find("\nno input")));
 }
 
 // Databases as they are written: the fixtures, the sample and one of the
