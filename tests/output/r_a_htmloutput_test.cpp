@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <climits>
 #include <functional>
 #include <memory>
 #include <string>
@@ -264,51 +263,27 @@ TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
   }
 }
 
-// The metafile gets vector-big-font-height, and one alignment record (3 + 1
-// words) for each text; areas add nothing.
-TEST_F(HTMLOutputTest, MetafileKeepsItsFontHeightAndRecordsOnlyTextAlignment) {
+// The palette as the decoder prints it: 16 times rrggbb. Key 40 names a
+// colour that must not reach index 6; an unknown name leaves black; the
+// other entries keep their defaults.
+TEST_F(HTMLOutputTest, SavedPaletteComesFromTheSetupNamesOrTheirDefaults) {
+  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
   TempDir dir;
   Page page;
-  page.setup.setStr(S::strGraphExtension, "wmf");
-  page.setup.setInt(S::intVectorBigFontHeight, 20);
+  page.setup.setStr(S::strGraphExtension, "pcx");
+  page.setup.setStr(S::strGraphColorAxis, "#102030");
+  page.setup.setStr(S::strGraphColorRefdataMain, "nosuchcolour");
+  page.setup.setStr(S::strGraphColorUnused, "red");
+  page.setup.setStr(S::strGraphColorDataNames, "Navy");
   page.out().setGraphDirs((dir.path() + "/").c_str(), "");
-  page.out().beginGraph(0, "", 30, 20);
-  const R_A_VectorDraw* vector = page.out().getVectorDraw();
-  const uint32_t size = vector->getCreator().getSize();
-  page.out().fillArea(0, 0, 5, 5, 1, 0);
-  page.out().drawText(1, 1, 1, 2, 0, "ab");
-  EXPECT_EQ("20 4", std::to_string(vector->getBigFontHeight()) + " " + std::to_string(vector->getCreator().getSize() - size));
-}
-
-// Palette lines as the decoder prints them: 16 times rrggbb. Key 40 names a
-// colour that must not reach index 6; an unknown name leaves black.
-TEST_F(HTMLOutputTest, SavedPaletteComesFromTheSetupNamesOrTheirDefaults) {
-  const struct { bool named; std::string palette; } rows[] = {
-      {false, "ffffff000000483d8b8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
-              "fffffff5f5f5000000"},
-      {true, "ffffff102030000000" "8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
-             "fffffff5f5f5000080"},
-  };
-  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.named);
-    TempDir dir;
-    Page page;
-    page.setup.setStr(S::strGraphExtension, "pcx");
-    if (row.named) {
-      page.setup.setStr(S::strGraphColorAxis, "#102030");
-      page.setup.setStr(S::strGraphColorRefdataMain, "nosuchcolour");
-      page.setup.setStr(S::strGraphColorUnused, "red");
-      page.setup.setStr(S::strGraphColorDataNames, "Navy");
-    }
-    page.out().setGraphDirs((dir.path() + "/").c_str(), "");
-    page.out().beginGraph(0, "", 4, 1);
-    page.out().endGraph(0, "");
-    int status = -1;
-    const std::string decoder = "/usr/bin/python3 " + testData("output/decode_image.py") + " pcx ";
-    EXPECT_EQ(runCommand(decoder + graphFile(page), &status), row.palette + "\n....\n");
-    EXPECT_EQ(status, 0);
-  }
+  page.out().beginGraph(0, "", 4, 1);
+  page.out().endGraph(0, "");
+  int status = -1;
+  const std::string decoder = "/usr/bin/python3 " + testData("output/decode_image.py") + " pcx ";
+  EXPECT_EQ(runCommand(decoder + graphFile(page), &status),
+            "ffffff102030000000" "8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
+            "fffffff5f5f5000080\n....\n");
+  EXPECT_EQ(status, 0);
 }
 
 struct DrawRow {
@@ -437,30 +412,6 @@ TEST_F(HTMLOutputTest, TextIsAlignedAndColouredByFont) {
     expected.fillRect(0, 0, 39, 39, 14);
     expected.drawString(row.left, row.top, row.color, row.doubled != 0, 0, "ab");
     EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), dumpCanvas(expected));
-  }
-}
-
-// Coordinates and settings at the ends of int: nothing overflows, and the
-// work stays within the canvas (run under the sanitizers).
-TEST_F(HTMLOutputTest, ExtremeCoordinatesAndSettingsStayQuietAndBounded) {
-  const int lo = INT_MIN, hi = INT_MAX;
-  for (int size : {lo, 0, 3}) {
-    SCOPED_TRACE(size);
-    Page page;
-    for (int code : {S::intGraphMarkWidth, S::intGraphArrowWidth, S::intGraphTargetWidth}) {
-      page.setup.setInt(code, hi);
-    }
-    page.out().beginGraph(0, "", size, size);
-    page.out().setClip(lo, lo, hi, hi);
-    page.out().drawBand(lo, lo, hi, hi, hi, lo, 0);
-    page.out().drawMark(1, 1, 0, false);
-    page.out().drawMark(hi, lo, 1, false);
-    page.out().drawRangeBar(hi, lo, hi, 1);
-    page.out().drawRangeBar(lo, hi, lo, 1);
-    page.out().drawDataArrow(lo, lo, hi, hi, 0);
-    page.out().drawText(lo, lo, 1, 2, 0, "xyz");
-    page.out().frameArea(lo, lo, hi, hi, 1, 0);
-    EXPECT_EQ(page.out().getBitmapDraw()->getWidth(), size > 0 ? size : 0);
   }
 }
 

@@ -133,18 +133,6 @@ TEST_F(SimpleDBTest, WhatEachFileGivesAndWhetherItIsReadWhole) {
   }
 }
 
-TEST_F(SimpleDBTest, TheBinaryFileOfOneRecordIsPinned) {
-  const std::string path = dir.file("db.bin");
-  ASSERT_TRUE(open(path, true, {"A/"})->save(0));
-  const std::string expected = std::string(
-      "\x51\x02\x01\x00\x00\x00" "\x50\x01\x01\x00" "A" "\x01\x00\x00"  // one record: name "A", no comment
-      "\x21\x01\x00\x00\x20\x00\x00\x00\x00\x02\x01\x00\x00\x00"          // no id, no dob, male
-      "\x02\x02\x00\x00\x00\x01\x09\x00" "FATHER_HT" "\x01\x09\x00" "MOTHER_HT" "\x03\x00\x03\x00"
-      "\x02\x00\x00\x00\x00\x02\x02\x00\x00\x00\x01\x06\x00" "HEIGHT" "\x01\x06\x00" "WEIGHT",
-      89);
-  EXPECT_EQ(expected, readFile(path));
-}
-
 TEST_F(SimpleDBTest, NamesSortWithoutRegardToCaseAndEqualNamesKeepTheirArrival) {
   std::unique_ptr<R_A_SimpleDB> db =
       open(dir.file("db.xml"), false, {"beta/1", "Alpha/2", "alpha/3", "\xC8" "ech/4", "ALPHA/5", "Zeta/6"});
