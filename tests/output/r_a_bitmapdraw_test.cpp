@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
-#include <vector>
 
 #include "tests/output/canvas_dump.h"
 
@@ -70,46 +67,6 @@ TEST(BitmapDrawTest, FillRectCoversBothCornersWhateverHalfOfAByteTheyFallOn) {
     R_A_BitmapDraw canvas(6, 1);
     canvas.fillRect(r.x0, 0, r.x1, 0, 0x17);
     EXPECT_EQ(r.dump, dumpCanvas(canvas));
-  }
-}
-
-// The canvas walks only the part of a long line that can touch the raster;
-// a plain walk of every dot must draw the same pixels.
-TEST(BitmapDrawTest, LongLinesFromFarOutsideMatchAPlainWalkOfEveryDot) {
-  const int kPen[9][2] = {{0, 0}, {1, 0}, {0, 1}, {1, 1}, {-1, 0}, {0, -1}, {-1, -1}, {-1, 1}, {1, -1}};
-  // Every slope up to 24 from starts just outside each edge, then far ones.
-  std::vector<std::array<int, 4>> lines;
-  for (int outside = 2; outside <= 6; ++outside)
-    for (int lng = 1; lng <= 24; ++lng)
-      for (int sht = -lng; sht <= lng; ++sht) {
-        lines.push_back({-outside, 9, lng - outside, 9 + sht});
-        lines.push_back({32 + outside, 9, 32 + outside - lng, 9 + sht});
-        lines.push_back({15, -outside, 15 + sht, lng - outside});
-        lines.push_back({15, 20 + outside, 15 + sht, 20 + outside - lng});
-      }
-  for (int far = 1000; far <= 1004; ++far) lines.push_back({-far, -3 * far, 40, 17});
-  for (size_t line = 0; line < lines.size(); ++line) {
-    const std::array<int, 4>& l = lines[line];
-    const int pen = line % 2 ? 3 : 2, pattern = line % 2 ? kSolid : 0xF0F3;
-    R_A_BitmapDraw canvas(33, 21);
-    canvas.drawLine(l[0], l[1], l[2], l[3], 1, pattern, pen);
-    R_A_BitmapDraw expected(33, 21);
-    const int dx = std::abs(l[2] - l[0]), dy = std::abs(l[3] - l[1]);
-    const int sx = l[2] >= l[0] ? 1 : -1, sy = l[3] >= l[1] ? 1 : -1;
-    const bool xMain = dx > dy;
-    const int lng = xMain ? dx : dy, sht = xMain ? dy : dx;
-    int x = l[0], y = l[1], err = 2 * sht - lng;
-    for (int n = 1; n <= lng; ++n) {
-      if ((pattern >> ((n / pen) & 15)) & 1)
-        for (int j = 0; j < pen * pen; ++j) expected.setPixel(x + kPen[j][0], y + kPen[j][1], 1);
-      if (err > 0) {
-        (xMain ? y : x) += xMain ? sy : sx;
-        err -= 2 * lng;
-      }
-      (xMain ? x : y) += xMain ? sx : sy;
-      err += 2 * sht;
-    }
-    ASSERT_EQ(dumpCanvas(expected), dumpCanvas(canvas));
   }
 }
 

@@ -89,12 +89,14 @@ void drawGraph(R_A_BitmapDraw* canvas) {
     }
 }
 
-const char* const kPalette[16] = {"white", "black", "darkslateblue", "lightslateblue", "darkgreen", "red",
-                                  "#0a0b0c", "grey86", "black", "grey11", "blue", "orange",
-                                  "maroon", "white", "grey96", "navy"};
+// Colour names as the setup gives them: any case, grey or gray, hex with
+// trailing bytes; an unknown name or a short hex colour leaves black.
+const char* const kPalette[16] = {"white", "black", "DarkSlateBlue", "lightslateblue", "darkgreen", "RED",
+                                  "#0a0b0cx", "gray90", "#ff80", "grey11", "blue", "orange",
+                                  "maroon", "nosuchcolour", "grey96", "navy"};
 
 std::string expectedDump(const R_A_BitmapDraw& canvas) {
-  return "ffffff000000483d8b8470ff006400ff00000a0b0cdbdbdb0000001c1c1c0000ffffa500b03060ffffff"
+  return "ffffff000000483d8b8470ff006400ff00000a0b0ce5e5e50000001c1c1c0000ffffa500b03060000000"
          "f5f5f5000080\n" + dumpCanvas(canvas);
 }
 

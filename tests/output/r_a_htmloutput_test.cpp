@@ -77,26 +77,6 @@ TEST_F(HTMLOutputTest, EveryTemplateHasItsDefault) {
   EXPECT_EQ(page.parameters.lastUrlSize(), 16384);
 }
 
-// Each text key set to "[code:@1]" shows which key every case reads; the
-// arguments themselves are not expanded again.
-TEST_F(HTMLOutputTest, EveryCaseReadsItsOwnKey) {
-  Page page;
-  for (int code = 0; code < S::_strCodeCount; code++) {
-    page.setup.setStr(code, "[" + std::to_string(code) + ":@1]");
-  }
-  page.out().setImageBase("img/");
-  writeOneOfEach(page.out());
-  EXPECT_EQ(page.sink.text(),
-            "[3:]\n[4:]\n[5:]\n[6:]\n[7:]\n[8:]\n"
-            "\n[9:]\n[11:]\n[13:]\n[10:]\n[12:]\n[14:]\n\n"
-            "[15:t7]\n[62:http://x/]\n[16:12.5]\n[17:Growth]\n[18:Weight]\n[19:]\n"
-            "[20:]\n[59:]\n[21:]\n[60:]\n"
-            "[22:]\n[23:]\n[23:]\n[23:]\n[23:]\n[24:]\n[25:]\n[25:]\n[25:]\n[25:]\n"
-            "[26:]\n[66:]\n[66:]\n[27:]\n[27:]\n[28:]\n[65:]\n[65:]\n[29:]\n[29:]\n"
-            "[67:]\n[30:]\n[31:]\n[64:]\n"
-            "[32:5]\n[61:]\n[61:]\n[33:img/logo[58:@1]]\n");
-}
-
 TEST_F(HTMLOutputTest, EmitPutsArgumentsAndEscapedBytes) {
   const struct { const char* text; const char* expected; } rows[] = {
       {"a@1b@2c", "aAbc"}, {"@@", "@"}, {"50@%", "50%"}, {"@3", "3"},

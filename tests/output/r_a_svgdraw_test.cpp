@@ -154,19 +154,6 @@ TEST(SVGDrawTest, OperationsWriteTheseElements) {
        [](R_A_SVGDraw& s) { s.drawLine(-1000, 2, 1000, 2, 1, 0xCCCC, 1); },
        "<line x1=\"-1\" y1=\"2.5\" x2=\"13\" y2=\"2.5\" stroke=\"#ff0000\" "
        "stroke-dasharray=\"2 2\" stroke-dashoffset=\"2\"/>\n"},
-      {"nothing for a point, no dashes, or a line beside the picture",
-       [](R_A_SVGDraw& s) {
-         s.drawLine(3, 3, 3, 3, 1, 0xFFFF, 1);
-         s.drawLine(0, 0, 5, 5, 1, 0x10000, 1);
-         s.drawLine(13, 0, 20, 1, 1, 0xFFFF, 1);
-       },
-       ""},
-      {"filled ring", [](R_A_SVGDraw& s) { s.fillCircle(8, 3, 2, 1); },
-       std::string("<polygon points=\"") + kRing + "\" fill=\"#ff0000\" stroke=\"#ff0000\"/>\n"},
-      // Doubled: the letters stand on row 15; without a background no box.
-      {"doubled text escaped", [](R_A_SVGDraw& s) { s.drawString(1, 2, 3, true, -1, "a<b>\x8A\x90"); },
-       "<text x=\"1\" y=\"17\" font-size=\"19\" textLength=\"48\" "
-       "lengthAdjust=\"spacingAndGlyphs\" fill=\"#000000\">a&lt;b&gt;\x8A?</text>\n"},
       // One clipPath per clip that cuts a band; the band from 5 to 5 has
       // no column.
       {"clip written once per change",
