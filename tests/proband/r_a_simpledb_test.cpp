@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "core/r_ascii.h"
 #include "tests/proband/proband_support.h"
 #include "tests/support/test_files.h"
 
@@ -227,26 +226,5 @@ TEST_F(SimpleDBTest, AFailedSaveLeavesTheOldFileAsItWas) {
     EXPECT_TRUE(db->save(0));
     EXPECT_NE(old_bytes, readFile(path));
     EXPECT_TRUE(fileExists(path + ".tmp"));
-  }
-}
-
-TEST_F(SimpleDBTest, ManyRecordsInAnyOrderComeOutSortedWithArrivalKept) {
-  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false);
-  std::string text = "<p_database>";
-  const int count = 3000;
-  for (int i = 0; i < count; ++i) {
-    int key = (i * 7919) % 1000;  // every key three times, scattered
-    text += "<p_record><p_name>" + std::string(i % 2 ? "k" : "K") + std::to_string(key) + "</p_name><p_comment>" +
-            std::to_string(i) + "</p_comment></p_record>";
-  }
-  text += "</p_database>";
-  ASSERT_TRUE(db->loadText(text.c_str()));
-  ASSERT_EQ(count, db->getN());
-  for (int i = 1; i < count; ++i) {
-    int order = R_stricmp(db->getText(i - 1, 0).get(), db->getText(i, 0).get());
-    ASSERT_LE(order, 0) << i;
-    if (order == 0) {
-      ASSERT_LT(atoi(db->getText(i - 1, 1).get()), atoi(db->getText(i, 1).get())) << i;
-    }
   }
 }

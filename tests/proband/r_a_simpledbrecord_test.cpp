@@ -28,18 +28,6 @@ class SimpleDBRecordTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(SimpleDBRecordTest, AnEmptyProbandElementLoadsAsAnEmptyProband) {
-  const char* rows[] = {"<proband/>", "<proband></proband>", "<proband>\n </proband>", "<proband>\r\n</proband>"};
-  for (const char* row : rows) {
-    SCOPED_TRACE(row);
-    R_A_SimpleDBRecord item(file.get());
-    EXPECT_TRUE(item.loadXML((std::string("<p_name> Jan \n Nov\xE1k </p_name>") + row).c_str(), &reporter));
-    EXPECT_STREQ("Jan Nov\xE1k", item.getText(0).get());
-    EXPECT_FALSE(item.getProband()->isSexDefined());
-  }
-  EXPECT_TRUE(reporter.lines().empty());
-}
-
 // record_file_bad.xml holds a proband without sex.
 TEST_F(SimpleDBRecordTest, AProbandWithoutSexRefusesTheRecordAndLoadFileReadsARecordOfItsOwn) {
   R_A_SimpleDBRecord refused(file.get()), bad(file.get());
