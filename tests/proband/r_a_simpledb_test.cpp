@@ -132,76 +132,62 @@ TEST_F(SimpleDBTest, WhatEachFileGivesAndWhetherItIsReadWhole) {
   }
 }
 
-TEST_F(SimpleDBTest, NamesSortWithoutRegardToCaseAndEqualNamesKeepTheirArrival) {
+// One database through its life, a line of "name/comment" after each step:
+// names sort without regard to case and equal names keep their arrival; a
+// new name moves the record and the index follows; select matches name or
+// comment and clears the others; removeRecord saves at once; loadText adds
+// to the records in memory; identifiers go through the security object.
+TEST_F(SimpleDBTest, NamesSortFindRenameSelectRemoveAndLoad) {
+  const std::string path = dir.file("db.xml");
   std::unique_ptr<R_A_SimpleDB> db =
-      open(dir.file("db.xml"), false, {"beta/1", "Alpha/2", "alpha/3", "\xC8" "ech/4", "ALPHA/5", "Zeta/6"});
+      open(path, false, {"beta/1", "Alpha/2", "alpha/3", "\xC8" "ech/4", "ALPHA/5", "Zeta/6"});
   EXPECT_EQ("Alpha/2 alpha/3 ALPHA/5 beta/1 Zeta/6 \xC8" "ech/4", names(*db));
   std::string found;
   for (const char* name : {"alpha", "ALPHA", "Zeta", "aLPHA", "alph", static_cast<const char*>(nullptr)})
     found += std::to_string(db->findByName(name)) + " ";
   EXPECT_EQ("1 2 4 -1 -1 -1 ", found);
-}
-
-TEST_F(SimpleDBTest, ANewNameMovesTheRecordAndTheIndexFollows) {
-  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false, {"beta/1", "gamma/2"});
-  int index = 1;
+  int index = 4;
   db->setText(index, 0, "Aaron");
   EXPECT_EQ(0, index);
-  db->setText(index, 1, "zz");
+  db->setText(index, 1, "pals");
   EXPECT_EQ(0, index);
-  for (int bad : {-1, 2}) {
+  for (int bad : {-1, 6}) {
     index = bad;
     db->setText(index, 0, "x");
     EXPECT_EQ(bad, index);
     EXPECT_STREQ("", db->getText(bad, 1).get());
     EXPECT_EQ(nullptr, db->getProband(bad));
   }
-  EXPECT_EQ("Aaron/zz beta/1", names(*db));
-}
-
-TEST_F(SimpleDBTest, SelectMatchesNameOrCommentAndClearsTheOthers) {
-  std::unique_ptr<R_A_SimpleDB> db =
-      open(dir.file("db.xml"), false, {"Zebra/", "Ant/likes Zebrafish", "Bee/ze b", "Cat/"});
   db->select(nullptr);
-  EXPECT_EQ(4, db->getSelectedCount());
-  db->select("zeb");
-  EXPECT_EQ(2, db->getSelectedCount());
+  EXPECT_EQ(6, db->getSelectedCount());
+  db->select("AL");
   std::string selected;
-  for (int i = -1; i <= 4; ++i) selected += db->isSelected(i) ? "1" : "0";
-  EXPECT_EQ("010010", selected);
-  db->setSelected(2, true);
+  for (int i = -1; i <= 6; ++i) selected += db->isSelected(i) ? "1" : "0";
+  EXPECT_EQ("01111000", selected);
+  db->setSelected(4, true);
   db->removeBySelection(false);
-  EXPECT_EQ("Ant/likes Zebrafish Cat/ Zebra/", names(*db));
-  db->removeBySelection(true);
-  EXPECT_EQ(0, db->getN());
-}
-
-TEST_F(SimpleDBTest, RecordIdentifiersGoThroughTheSecurityObject) {
-  std::unique_ptr<R_A_SimpleDB> db = open(dir.file("db.xml"), false, {"a/", "b/"});
+  EXPECT_EQ("Aaron/pals Alpha/2 alpha/3 ALPHA/5 beta/1", names(*db));
+  ASSERT_TRUE(db->save(0));
+  db->removeRecord(5);
+  db->removeRecord(0);
+  EXPECT_EQ("Alpha/2 alpha/3 ALPHA/5 beta/1", names(*open(path, false)));
   char buffer[16] = "old";
   EXPECT_TRUE(db->getRecordId(1, 0, buffer));
   EXPECT_STREQ("R1", buffer);
   FixedSecurity refusing(false);
-  R_A_SimpleDB closed(&refusing, file.get(), dir.file("db.xml").c_str(), false, &reporter);
+  R_A_SimpleDB closed(&refusing, file.get(), path.c_str(), false, &reporter);
   EXPECT_TRUE(closed.getRecordId(0, 0, buffer));
-  EXPECT_EQ("1 -1 -1 -1 []", std::to_string(db->findRecord("R1", 0)) + " " + std::to_string(db->findRecord("R2", 0)) + " " +
+  EXPECT_EQ("1 -1 -1 -1 []", std::to_string(db->findRecord("R1", 0)) + " " + std::to_string(db->findRecord("R4", 0)) + " " +
                               std::to_string(db->findRecord("X", 0)) + " " + std::to_string(closed.findRecord("R0", 0)) +
                               " [" + buffer + "]");
-}
-
-TEST_F(SimpleDBTest, RemoveRecordSavesAtOnceAndLoadTextAddsToTheRecordsInMemory) {
-  const std::string path = dir.file("db.xml");
-  std::unique_ptr<R_A_SimpleDB> db = open(path, false, {"a/", "m/"});
-  ASSERT_TRUE(db->save(0));
-  db->removeRecord(5);
-  db->removeRecord(0);
-  EXPECT_EQ("m/", names(*open(path, false)));
   EXPECT_TRUE(db->loadText("<p_database><p_record><p_name> n </p_name><proband/></p_record>"
                            "<p_record><p_name>a</p_name></p_record></p_database>"));
-  EXPECT_EQ("a/ m/ n/", names(*db));
   EXPECT_FALSE(db->loadText("<p_database><p_record>"));
   EXPECT_FALSE(db->loadText(nullptr));
-  EXPECT_EQ(3, db->getN());
+  EXPECT_EQ("a/ Alpha/2 alpha/3 ALPHA/5 beta/1 n/", names(*db));
+  db->select(nullptr);
+  db->removeBySelection(true);
+  EXPECT_EQ(0, db->getN());
 }
 
 TEST_F(SimpleDBTest, AFailedSaveLeavesTheOldFileAsItWas) {
