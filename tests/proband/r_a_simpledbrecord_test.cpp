@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -68,5 +69,17 @@ TEST_F(SimpleDBRecordTest, MakeQueryWritesTheWholeProbandAsPageParameters) {
             "FATHER_HT=180.5&_AGE=9.999&_DATE=5.3.2011&HEIGHT=110&_AGE=12.25&WEIGHT=40&",
             query(nullptr));
   EXPECT_EQ("_p_name=J&_", query(nullptr, 12));
+  // Every byte in the comment: the safe ones as they are, a blank as '+',
+  // the others as %XX.
+  std::string all, expected;
+  const std::string safe = "!#$()*,-./0123456789;@ABCDEFGHIJKLMNOPQRSTUVWXYZ[]_abcdefghijklmnopqrstuvwxyz{}";
+  for (int c = 1; c < 256; ++c) {
+    char hex[4];
+    snprintf(hex, sizeof(hex), "%%%02X", c);
+    all += static_cast<char>(c);
+    expected += c == ' ' ? std::string("+") : safe.find(char(c)) != std::string::npos ? std::string(1, char(c)) : hex;
+  }
+  record.setText(1, all.c_str());
+  EXPECT_EQ("_p_name=Jan+Nov%E1k&_p_dob=5.3.2001&_p_sex=M&_p_cmt=" + expected, query(nullptr, 4096).substr(0, 52 + expected.size()));
   EXPECT_EQ("", query(nullptr, 1));
 }

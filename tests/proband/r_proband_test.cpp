@@ -50,14 +50,6 @@ TEST_F(ProbandTest, SexIsAnsweredAsZeroOneTwoAndStoredAsOneTwoMinusOne) {
   }
 }
 
-TEST_F(ProbandTest, NamesAreFoundWithoutRegardToCaseInTheirOwnSubsetOnly) {
-  std::string orders;
-  for (const char* name : {"father_ht", "Mother_HT", "HEIGHT", "AGE", static_cast<const char*>(nullptr)})
-    orders += std::to_string(proband.getAnamnesticOrder(name)) + " ";
-  for (const char* name : {"height", "WEIGHT", "FATHER_HT"}) orders += std::to_string(proband.getFollowedOrder(name)) + " ";
-  EXPECT_EQ("0 1 -1 -1 -1 0 1 -1 ", orders);
-}
-
 TEST_F(ProbandTest, ValuesOutsideTheIntervalOrNotFiniteBecomeUndefined) {
   const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
   const struct {
