@@ -7,18 +7,11 @@
 #include <string>
 
 #include "knowledge/r_file.h"
-#include "proband/r_a_security.h"
+#include "proband/r_a_opensecurity.h"
 #include "proband/r_a_simpledb.h"
 #include "tests/support/test_files.h"
 
 namespace {
-
-class NoSecurity : public R_A_Security {
- public:
-  bool isClientAllowed(int) override { return false; }
-  bool writeRecordId(int, char*) override { return false; }
-  int findRecordIndex(const char*) override { return -1; }
-};
 
 class ExportCSVTest : public ::testing::Test {
  protected:
@@ -31,7 +24,7 @@ class ExportCSVTest : public ::testing::Test {
   }
 
   R_File file;
-  NoSecurity security;
+  R_A_OpenSecurity security;
   std::unique_ptr<R_A_SimpleDB> database;
   TempDir dir;
 };

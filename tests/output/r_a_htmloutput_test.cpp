@@ -139,16 +139,6 @@ TEST_F(HTMLOutputTest, MetricsAndSettingsComeFromTheirKeys) {
 int fixedRandom() { return 40000; }          // 40000 % 31573 = 8427
 long long fixedClock() { return 1700000000; }  // 1700000000 % 12071 = 4857
 
-// The default generator is the portable rand(): 16838, 5758, ... from seed 1.
-TEST_F(HTMLOutputTest, DefaultRandomDigitsFollowThePortableSequence) {
-  R_A_HTMLOutput::setNameSources(nullptr, fixedClock);
-  Page page;
-  page.out().endGraph(0, "");
-  page.out().endGraph(0, "");
-  EXPECT_EQ(page.sink.events()[0] + " " + page.sink.events()[1],
-            "graph 1683848571.bmp 1683848571.bmp graph 575848572.bmp 575848572.bmp");
-}
-
 TEST_F(HTMLOutputTest, BitmapTextIsMeasuredInFontCells) {
   const struct { const char* extension; int doubled, height, width; } rows[] = {
       {nullptr, 0, 10, 24}, {"pcx", 0, 10, 24}, {"bmp", 1, 18, 24},

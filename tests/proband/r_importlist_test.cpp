@@ -60,7 +60,7 @@ TEST_F(ImportListTest, DamagedEntriesVanishAndTextsDoNotLeakIntoTheNextEntry) {
             textOf(proband));
 }
 
-TEST_F(ImportListTest, InfoAfterTheEntriesAndADobAskedWithoutTheSexComesOutUndefined) {
+TEST_F(ImportListTest, InfoAfterTheEntriesOtherModesMissingFilesAndProbandsWithoutSex) {
   ASSERT_TRUE(loadText(
       "<import_list><import_proband><name>A</name><proband><info sex=\"male\" dob=\"1.2.2003\"/></proband>"
       "</import_proband><import_info> late </import_info><import_info></import_info></import_list>"));
@@ -71,9 +71,7 @@ TEST_F(ImportListTest, InfoAfterTheEntriesAndADobAskedWithoutTheSexComesOutUndef
   EXPECT_FALSE(list.isSelected(0));
   list.setSelected(0, true);
   EXPECT_TRUE(list.isSelected(0));
-}
-
-TEST_F(ImportListTest, OtherModesMissingFilesAndProbandsWithoutSex) {
+  // A file of another mode is refused and the list read before stays.
   ASSERT_TRUE(loadText("<import_list><import_info>kept</import_info></import_list>"));
   EXPECT_FALSE(loadText("<import_list><import_info>other</import_info></import_list>", 1));
   EXPECT_STREQ("kept", list.getInfo());
