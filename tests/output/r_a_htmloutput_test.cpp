@@ -139,21 +139,6 @@ TEST_F(HTMLOutputTest, MetricsAndSettingsComeFromTheirKeys) {
 int fixedRandom() { return 40000; }          // 40000 % 31573 = 8427
 long long fixedClock() { return 1700000000; }  // 1700000000 % 12071 = 4857
 
-TEST_F(HTMLOutputTest, BitmapTextIsMeasuredInFontCells) {
-  const struct { const char* extension; int doubled, height, width; } rows[] = {
-      {nullptr, 0, 10, 24}, {"pcx", 0, 10, 24}, {"bmp", 1, 18, 24},
-      {"wmf", 0, 0, 0},     {"BMP", 0, 0, 0},     {"svg", 1, 18, 24},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.extension ? row.extension : "default");
-    Page page;
-    if (row.extension) page.setup.setStr(S::strGraphExtension, row.extension);
-    page.setup.setInt(S::intGraphBitmapTextDouble, row.doubled);
-    EXPECT_EQ(page.out().getFontHeight(0), row.height);
-    EXPECT_EQ(page.out().getTextWidth(0, "abc"), row.width);
-  }
-}
-
 // ---- Drawing
 
 // The file that the sink heard of last.

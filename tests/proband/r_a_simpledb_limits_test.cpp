@@ -21,9 +21,9 @@ namespace {
 const int kTwoBillion = 2000000000;
 
 // A stored database in its documented bytes, independent of the classes
-// under test: R_Integer is 2 and four bytes little-endian, R_String 1, a
-// 16-bit length and the bytes, R_Number 3, 1 and a double, R_Date 32 and
-// four bytes.
+// under test: a type byte, then R_Integer (2) four bytes little-endian,
+// R_String (1) a 16-bit length and the bytes, R_Number (3) 1 and a double,
+// R_Date (32) four bytes.
 struct Stored {
   explicit Stored(int record_count) { type(81).integer(record_count); }
   Stored& type(int byte) {
@@ -31,9 +31,7 @@ struct Stored {
     return *this;
   }
   Stored& integer(int value) {
-    type(2);
-    for (int i = 0; i < 4; ++i) bytes += static_cast<char>((static_cast<unsigned>(value) >> (8 * i)) & 0xFF);
-    return *this;
+    return type(2).type(value & 0xFF).type(value >> 8 & 0xFF).type(value >> 16 & 0xFF).type(value >> 24 & 0xFF);
   }
   Stored& text(const std::string& value) {
     type(1).type(int(value.size() & 0xFF)).type(int(value.size() >> 8)).bytes += value;

@@ -338,8 +338,8 @@ TEST_F(PlainReaderTest, AddsBehindTheRecordsGivenAndTakesBackOnlyItsOwn) {
   R_A_SimpleDBPlainReader reader(k(0));
   writeFile(dir.file("bad.xml"), database(kGood + kGood + "x"));
   EXPECT_FALSE(reader.read(dir.file("bad.xml").c_str(), &records));
-  EXPECT_EQ(std::vector<R_A_SimpleDBRecord*>({&kept}), records);
   EXPECT_FALSE(reader.read(dir.file("missing.xml").c_str(), &records));
+  EXPECT_EQ(std::vector<R_A_SimpleDBRecord*>({&kept}), records);
   writeFile(dir.file("good.xml"), database(kGood + record("Second", "")));
   ASSERT_TRUE(reader.read(dir.file("good.xml").c_str(), &records));
   ASSERT_EQ(3u, records.size());

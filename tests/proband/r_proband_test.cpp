@@ -183,7 +183,8 @@ TEST_F(ProbandTest, SaveLoadSaveGivesTheSameBytesAndTruncationFailsCleanly) {
   }
 }
 
-// Neither saveToBuffer nor saveToText writes a proband without sex.
+// Neither saveToBuffer nor saveToText writes a proband without sex; the
+// binary form holds it (the text form is refused, see load_cases.txt).
 TEST_F(ProbandTest, AStoredUndefinedSexLoadsFromBinaryButNotFromXML) {
   proband.setId("N");
   proband.setAnamnesticNumber(1, R_Number(150.0));
@@ -195,7 +196,6 @@ TEST_F(ProbandTest, AStoredUndefinedSexLoadsFromBinaryButNotFromXML) {
   R_Proband again(file.get());
   ASSERT_TRUE(loadBytes(again, bytesOf(proband)));
   EXPECT_EQ(bytesOf(proband), bytesOf(again));
-  EXPECT_FALSE(loadText(again, "<info id=\"N\"/><data><val var=\"MOTHER_HT\">150</val></data>"));
 }
 
 namespace {
