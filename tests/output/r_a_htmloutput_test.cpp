@@ -141,12 +141,6 @@ long long fixedClock() { return 1700000000; }  // 1700000000 % 12071 = 4857
 
 // ---- Drawing
 
-// The file that the sink heard of last.
-std::string graphFile(const Page& page) {
-  const std::string& event = page.sink.events().back();
-  return event.substr(6, event.find(' ', 6) - 6);
-}
-
 // "name:xxxx " for each file in `dir`, xxxx its first two bytes in hex.
 std::string filesIn(const TempDir& dir) {
   int status = 0;
@@ -201,29 +195,6 @@ TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
     EXPECT_EQ(events, row.events);
     EXPECT_EQ(filesIn(dir), row.files);
   }
-}
-
-// The palette as the decoder prints it: 16 times rrggbb. Key 40 names a
-// colour that must not reach index 6; an unknown name leaves black; the
-// other entries keep their defaults.
-TEST_F(HTMLOutputTest, SavedPaletteComesFromTheSetupNamesOrTheirDefaults) {
-  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
-  TempDir dir;
-  Page page;
-  page.setup.setStr(S::strGraphExtension, "pcx");
-  page.setup.setStr(S::strGraphColorAxis, "#102030");
-  page.setup.setStr(S::strGraphColorRefdataMain, "nosuchcolour");
-  page.setup.setStr(S::strGraphColorUnused, "red");
-  page.setup.setStr(S::strGraphColorDataNames, "Navy");
-  page.out().setGraphDirs((dir.path() + "/").c_str(), "");
-  page.out().beginGraph(0, "", 4, 1);
-  page.out().endGraph(0, "");
-  int status = -1;
-  const std::string decoder = "/usr/bin/python3 " + testData("output/decode_image.py") + " pcx ";
-  EXPECT_EQ(runCommand(decoder + graphFile(page), &status),
-            "ffffff102030000000" "8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
-            "fffffff5f5f5000080\n....\n");
-  EXPECT_EQ(status, 0);
 }
 
 struct DrawRow {

@@ -7,7 +7,6 @@
 #include <string>
 
 #include "output/r_a_htmloutput.h"
-#include "tests/output/svg_test_picture.h"
 #include "tests/support/page_fakes.h"
 #include "tests/support/test_files.h"
 
@@ -100,7 +99,7 @@ TEST(SVGDrawTest, SmallGraphIsWrittenAsThisDocument) {
 
 TEST(SVGDrawTest, EmptySurfaceDrawsAndSavesNothingAndAFailedSaveLeavesNoFile) {
   TempDir dir;
-  for (int side : {0, -3, R_A_SVGDraw::_maxSide + 1}) {
+  for (int side : {0, R_A_SVGDraw::_maxSide + 1}) {
     SCOPED_TRACE(side);
     R_A_SVGDraw svg(side, 5);
     svg.fillRect(0, 0, 3, 3, 1);
@@ -116,8 +115,7 @@ TEST(SVGDrawTest, EmptySurfaceDrawsAndSavesNothingAndAFailedSaveLeavesNoFile) {
 }
 
 // Coordinates and settings at the ends of int stay bounded, and the file
-// stays well-formed (run under the sanitizers); so is the browser test's
-// picture.
+// stays well-formed (run under the sanitizers).
 TEST(SVGDrawTest, ExtremeCoordinatesGiveABoundedWellFormedFile) {
   const int lo = INT_MIN, hi = INT_MAX;
   SVGPage page;
@@ -136,8 +134,6 @@ TEST(SVGDrawTest, ExtremeCoordinatesGiveABoundedWellFormedFile) {
   out.frameArea(lo, lo, hi, hi, 1, 0);
   out.endGraph(0, "");
   EXPECT_LT(readFile(page.lastFile()).size(), 8000u);
-  EXPECT_EQ(xmlComplaints(page.lastFile()), "");
-  paintTestPicture(out);
   EXPECT_EQ(xmlComplaints(page.lastFile()), "");
 }
 
