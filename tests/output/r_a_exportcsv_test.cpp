@@ -1,5 +1,3 @@
-// The CSV export over a fixture database: whole files for the default texts
-// and for changed ones, and a file that cannot be opened.
 #include "output/r_a_exportcsv.h"
 
 #include <gtest/gtest.h>

@@ -170,7 +170,6 @@ TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
        "graph D/missing/842748571.bmp u/842748571.bmp", ""},
       {"svg", "", true, placed + "1.svg\"></img></p></center>",
        "graph D/842748571.svg u/842748571.svg", "842748571.svg:3c3f "},
-      {"bmp", "", false, "", "", ""},
       {"svg", "", false, "", "", ""},
       {"wmf", "", false, placed + "1.wmf\"></img></p></center>", "", "842748571.wmf:d7cd "},
   };

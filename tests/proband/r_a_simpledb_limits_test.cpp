@@ -1,8 +1,6 @@
-// The binary database on hostile input: counts that claim two billion
-// records, names or visits, and a proband stored with far more visits than
-// any follow-up has. Each loads or fails in time and memory bounded by the
+// The binary database on hostile counts: time and memory stay bounded by the
 // bytes of the file, never by what its counts claim (under the sanitizers an
-// allocation for the claimed count would itself abort the run).
+// allocation for a claimed count would itself abort the run).
 #include <gtest/gtest.h>
 
 #include <cstdio>

@@ -1,8 +1,6 @@
-// The one-pass reader of database files against the general road. The
-// general road is the oracle: the same text loaded through loadText, which
-// never takes the plain road, must give the same records, saved to the same
-// bytes in both forms, and the same reporter lines (line numbers appear only
-// on the file road, so a multi-line text is compared without them).
+// The one-pass reader against the general road (loadText, which never takes
+// the plain road): the same records, saved to the same bytes in both forms,
+// and the same reporter lines (without line numbers for multi-line texts).
 #include "proband/r_a_simpledbplainreader.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,3 @@
-// The import list over a fixture with damaged entries and over small lists:
-// whole listings of every entry's texts and summary.
 #include "proband/r_importlist.h"
 
 #include <gtest/gtest.h>

@@ -129,16 +129,6 @@ TEST_F(ProbandTest, LoadXMLReadsTheTextWithOrWithoutTheProbandElement) {
   EXPECT_EQ(expected, load(expected));
 }
 
-TEST(ProbandWithoutFollowedTest, VisitsAreRefusedAndRecordElementsIgnored) {
-  std::unique_ptr<R_File> file = loadKnowledge("knowledge_anamnestic_only.xml");
-  R_Proband proband(file.get());
-  EXPECT_EQ(-1, proband.addVisit(R_Number(1.0), R_Date()));
-  EXPECT_EQ(0, proband.getVisitCount());
-  ASSERT_TRUE(loadText(proband, "<info sex=\"male\"/><data><val var=\"FATHER_HT\">180</val>"
-                                "<record age=\"3\" comment=\"c\"><val var=\"HEIGHT\">100</val></record></data>"));
-  EXPECT_EQ("<proband><info sex=\"male\" /><data><val var=\"FATHER_HT\">180</val></data></proband>", textOf(proband));
-}
-
 // ---- Binary form ----
 
 // saveToBuffer and saveToText fail cleanly one byte short; the text needs
