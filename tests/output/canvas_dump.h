@@ -6,6 +6,7 @@
 #include <string>
 
 #include "output/r_a_bitmapdraw.h"
+#include "tests/support/test_files.h"
 
 inline std::string dumpCanvas(const R_A_BitmapDraw& canvas) {
   std::string text;
@@ -17,6 +18,15 @@ inline std::string dumpCanvas(const R_A_BitmapDraw& canvas) {
     text += '\n';
   }
   return text;
+}
+
+// The canvas named `name` in tests/data/output/canvases.txt.
+inline std::string expectedCanvas(const std::string& name) {
+  const std::string all = readFile(testData("output/canvases.txt"));
+  const size_t start = all.find("== " + name + "\n");
+  if (start == std::string::npos) return "no canvas " + name;
+  const size_t from = start + name.size() + 4;
+  return all.substr(from, all.find("==", from) - from);
 }
 
 #endif

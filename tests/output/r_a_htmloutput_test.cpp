@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <climits>
 #include <functional>
 #include <memory>
 #include <string>
@@ -60,42 +59,14 @@ void writeOneOfEach(R_A_HTMLOutput& out) {
   out.writeImage("logo"); nl();
 }
 
+// The whole page, one line an operation, is templates.txt.
 TEST_F(HTMLOutputTest, EveryTemplateHasItsDefault) {
   Page page;
   page.parameters.setUrlPrefix("/page?_t_id=");
   page.out().setImageBase("img/");
   writeOneOfEach(page.out());
-  EXPECT_EQ(page.sink.text(),
-            "\n\n\n\n<p>\n</p>\n\n<b>\n\n<i>\n</b>\n\n</i>\n\n"
-            "<a href=\"/page?_t_id=t7\">(*)</a>\n<a href=\"http://x/\">[*]</a>\n"
-            "<font color=red>12.5</font>\n<h1>Growth</h1>\n<h2>Weight</h2>\n<hr />\n"
-            "<center><table border=\"1\">\n<table border=\"1\">\n</table></center>\n</table>\n"
-            "<tr>\n<tr>\n<tr>\n<tr>\n<tr>\n</tr>\n</tr>\n</tr>\n</tr>\n</tr>\n"
-            "<th>\n<td bgcolor=gray>\n<td bgcolor=gray>\n<td>\n<td>\n"
-            "</th>\n</td>\n</td>\n</td>\n</td>\n"
-            "<td height=2></td>\n<th>&nbsp;</th>\n<td>&nbsp;</td>\n<p>&nbsp;</p>\n"
-            "5\n&nbsp;\n&nbsp;\n<center><img src=\"img/logo\"></img></center>\n");
+  EXPECT_EQ(page.sink.text(), readFile(testData("output/templates.txt")));
   EXPECT_EQ(page.parameters.lastUrlSize(), 16384);
-}
-
-// Each text key set to "[code:@1]" shows which key every case reads; the
-// arguments themselves are not expanded again.
-TEST_F(HTMLOutputTest, EveryCaseReadsItsOwnKey) {
-  Page page;
-  for (int code = 0; code < S::_strCodeCount; code++) {
-    page.setup.setStr(code, "[" + std::to_string(code) + ":@1]");
-  }
-  page.out().setImageBase("img/");
-  writeOneOfEach(page.out());
-  EXPECT_EQ(page.sink.text(),
-            "[3:]\n[4:]\n[5:]\n[6:]\n[7:]\n[8:]\n"
-            "\n[9:]\n[11:]\n[13:]\n[10:]\n[12:]\n[14:]\n\n"
-            "[15:t7]\n[62:http://x/]\n[16:12.5]\n[17:Growth]\n[18:Weight]\n[19:]\n"
-            "[20:]\n[59:]\n[21:]\n[60:]\n"
-            "[22:]\n[23:]\n[23:]\n[23:]\n[23:]\n[24:]\n[25:]\n[25:]\n[25:]\n[25:]\n"
-            "[26:]\n[66:]\n[66:]\n[27:]\n[27:]\n[28:]\n[65:]\n[65:]\n[29:]\n[29:]\n"
-            "[67:]\n[30:]\n[31:]\n[64:]\n"
-            "[32:5]\n[61:]\n[61:]\n[33:img/logo[58:@1]]\n");
 }
 
 TEST_F(HTMLOutputTest, EmitPutsArgumentsAndEscapedBytes) {
@@ -117,33 +88,13 @@ TEST_F(HTMLOutputTest, UpperIndexWorksInTemplatesCellsAndPlainText) {
   R_A_HTMLOutput& out = page.out();
   out.writeHeader(0, "3");
   out.writeCell(1, 1, "H^2O");
-  for (char ch : std::string(" H^2O ^^")) out.writeChar(0, ch);
-  EXPECT_EQ(page.sink.text(),
-            "H<sup>2</sup>O x<sup>3</sup> ^ ^a H<sup>2</sup>O H<sup>2</sup>O ^");
-}
-
-// The pending `^` belongs to the process: the next page, of another output,
-// completes it.
-TEST_F(HTMLOutputTest, CircumflexAtTheEndOfAPageCarriesOverToTheNext) {
-  Page first, second;
-  first.out().writeResult("5");
-  for (char ch : std::string(" cm^")) first.out().writeChar(0, ch);
+  for (char ch : std::string(" H^2O ^^ cm^")) out.writeChar(0, ch);
+  // The pending `^` belongs to the process: the next page, of another
+  // output, completes it.
+  Page second;
   second.out().writeCell(0, 0, "2 cm");
-  EXPECT_EQ(first.sink.text(), "<font color=red>5</font> cm");
-  EXPECT_EQ(second.sink.text(), "<sup>2</sup> cm");
-}
-
-TEST_F(HTMLOutputTest, NormalFontIsEmptyUnlessTheSetupGivesIt) {
-  Page plain, styled;
-  styled.setup.setStr(S::strHtmlFontNormalOn, "<span>");
-  styled.setup.setStr(S::strHtmlFontNormalOff, "</span>");
-  for (Page* page : {&plain, &styled}) {
-    page->out().setFont(1);
-    page->out().writeChar(0, 'x');
-    page->out().setFont(4);
-  }
-  EXPECT_EQ(plain.sink.text(), "x");
-  EXPECT_EQ(styled.sink.text(), "<span>x</span>");
+  EXPECT_EQ(page.sink.text() + "|" + second.sink.text(),
+            "H<sup>2</sup>O x<sup>3</sup> ^ ^a H<sup>2</sup>O H<sup>2</sup>O ^ cm|<sup>2</sup> cm");
 }
 
 TEST_F(HTMLOutputTest, WishedGraphWidthCountsFrom200To1000) {
@@ -188,60 +139,7 @@ TEST_F(HTMLOutputTest, MetricsAndSettingsComeFromTheirKeys) {
 int fixedRandom() { return 40000; }          // 40000 % 31573 = 8427
 long long fixedClock() { return 1700000000; }  // 1700000000 % 12071 = 4857
 
-TEST_F(HTMLOutputTest, GraphFilesAreNamedByRandomClockAndRunningNumber) {
-  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
-  const struct { const char* extension; const char* text; const char* events; } rows[] = {
-      {"bmp", "<center><p><i>Height</i><br><img src=\"u/842748572.bmp\"></img></p></center>",
-       "graph /g/842748571.bmp u/842748571.bmp|graph /g/842748572.bmp u/842748572.bmp"},
-      {"gif", "", "graph /g/842748573.gif u/842748573.gif|graph /g/842748574.gif u/842748574.gif"},
-      {"wmf", "<center><p><i>Height</i><br><img src=\"u/842748576.wmf\"></img></p></center>",
-       "graph /g/842748575.wmf u/842748575.wmf|graph /g/842748577.wmf u/842748577.wmf"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.extension);
-    Page page;
-    page.setup.setStr(S::strGraphExtension, row.extension);
-    page.out().setGraphDirs("/g/", "u/");
-    page.out().endGraph(0, "Weight");
-    page.out().beginGraph(0, "Height", 300, 200);
-    page.out().endGraph(0, "Height");
-    EXPECT_EQ(page.sink.text(), row.text);
-    EXPECT_EQ(page.sink.events()[0] + "|" + page.sink.events()[1], row.events);
-  }
-}
-
-// The default generator is the portable rand(): 16838, 5758, ... from seed 1.
-TEST_F(HTMLOutputTest, DefaultRandomDigitsFollowThePortableSequence) {
-  R_A_HTMLOutput::setNameSources(nullptr, fixedClock);
-  Page page;
-  page.out().endGraph(0, "");
-  page.out().endGraph(0, "");
-  EXPECT_EQ(page.sink.events()[0] + " " + page.sink.events()[1],
-            "graph 1683848571.bmp 1683848571.bmp graph 575848572.bmp 575848572.bmp");
-}
-
-TEST_F(HTMLOutputTest, BitmapTextIsMeasuredInFontCells) {
-  const struct { const char* extension; int doubled, height, width; } rows[] = {
-      {nullptr, 0, 10, 24}, {"pcx", 0, 10, 24}, {"bmp", 1, 18, 24},
-      {"wmf", 0, 0, 0},     {"BMP", 0, 0, 0},     {"svg", 1, 18, 24},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.extension ? row.extension : "default");
-    Page page;
-    if (row.extension) page.setup.setStr(S::strGraphExtension, row.extension);
-    page.setup.setInt(S::intGraphBitmapTextDouble, row.doubled);
-    EXPECT_EQ(page.out().getFontHeight(0), row.height);
-    EXPECT_EQ(page.out().getTextWidth(0, "abc"), row.width);
-  }
-}
-
 // ---- Drawing
-
-// The file that the sink heard of last.
-std::string graphFile(const Page& page) {
-  const std::string& event = page.sink.events().back();
-  return event.substr(6, event.find(' ', 6) - 6);
-}
 
 // "name:xxxx " for each file in `dir`, xxxx its first two bytes in hex.
 std::string filesIn(const TempDir& dir) {
@@ -272,7 +170,6 @@ TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
        "graph D/missing/842748571.bmp u/842748571.bmp", ""},
       {"svg", "", true, placed + "1.svg\"></img></p></center>",
        "graph D/842748571.svg u/842748571.svg", "842748571.svg:3c3f "},
-      {"bmp", "", false, "", "", ""},
       {"svg", "", false, "", "", ""},
       {"wmf", "", false, placed + "1.wmf\"></img></p></center>", "", "842748571.wmf:d7cd "},
   };
@@ -299,69 +196,15 @@ TEST_F(HTMLOutputTest, EachExtensionGivesItsFilePageTextAndSinkEvents) {
   }
 }
 
-// The metafile gets vector-big-font-height and one alignment record (3 + 1
-// words) for each text; lines, areas and marks add nothing.
-TEST_F(HTMLOutputTest, MetafileKeepsItsFontHeightAndRecordsOnlyTextAlignment) {
-  TempDir dir;
-  Page page;
-  page.setup.setStr(S::strGraphExtension, "wmf");
-  page.setup.setInt(S::intVectorBigFontHeight, 20);
-  page.out().setGraphDirs((dir.path() + "/").c_str(), "");
-  page.out().beginGraph(0, "", 30, 20);
-  const R_A_VectorDraw* vector = page.out().getVectorDraw();
-  ASSERT_NE(vector, nullptr);
-  EXPECT_EQ(vector->getBigFontHeight(), 20);
-  const uint32_t size = vector->getCreator().getSize();
-  page.out().fillArea(0, 0, 5, 5, 1, 0);
-  page.out().drawMark(5, 5, 0, false);
-  page.out().drawBand(0, 1, 2, 9, 3, 4, 0);
-  page.out().drawText(1, 1, 1, 2, 0, "ab");
-  page.out().drawText(1, 1, 0, 0, 3, "");
-  EXPECT_EQ(vector->getCreator().getSize(), size + 8);
-  EXPECT_EQ(page.out().getBitmapDraw(), nullptr);
-  EXPECT_EQ(page.out().getFontHeight(0), 0);
-}
-
-// Palette lines as the decoder prints them: 16 times rrggbb. Key 40 names a
-// colour that must not reach index 6; an unknown name leaves black.
-TEST_F(HTMLOutputTest, SavedPaletteComesFromTheSetupNamesOrTheirDefaults) {
-  const struct { bool named; std::string palette; } rows[] = {
-      {false, "ffffff000000483d8b8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
-              "fffffff5f5f5000000"},
-      {true, "ffffff102030000000" "8470ff006400ff0000000000dbdbdb0000001c1c1c0000ff000000000000"
-             "fffffff5f5f5000080"},
-  };
-  R_A_HTMLOutput::setNameSources(fixedRandom, fixedClock);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.named);
-    TempDir dir;
-    Page page;
-    page.setup.setStr(S::strGraphExtension, "pcx");
-    if (row.named) {
-      page.setup.setStr(S::strGraphColorAxis, "#102030");
-      page.setup.setStr(S::strGraphColorRefdataMain, "nosuchcolour");
-      page.setup.setStr(S::strGraphColorUnused, "red");
-      page.setup.setStr(S::strGraphColorDataNames, "Navy");
-    }
-    page.out().setGraphDirs((dir.path() + "/").c_str(), "");
-    page.out().beginGraph(0, "", 4, 1);
-    page.out().endGraph(0, "");
-    int status = -1;
-    const std::string decoder = "/usr/bin/python3 " + testData("output/decode_image.py") + " pcx ";
-    EXPECT_EQ(runCommand(decoder + graphFile(page), &status), row.palette + "\n....\n");
-    EXPECT_EQ(status, 0);
-  }
-}
-
 struct DrawRow {
   const char* label;
   int width, height;
   std::function<void(R_A_HTMLOutput&)> draw;
-  const char* dump;
 };
 
-// Whole canvases drawn by hand. graph-target-width 8 makes the range bar's
-// h = 8 * 3 / 8 = 3; graph-arrow-width is 4.
+// Whole canvases drawn by hand, in canvases.txt under the row's label.
+// graph-target-width 8 makes the range bar's h = 8 * 3 / 8 = 3;
+// graph-arrow-width is 4.
 TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
   const DrawRow rows[] = {
       {"areas: 0 background, 1 3 4 data, 2 analysis, others none", 6, 2,
@@ -369,57 +212,34 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
          o.fillArea(0, 0, 5, 1, 2, 0);
          const int areas[] = {1, 3, 4, 0, 5, -1};  // one column each
          for (int x = 0; x < 6; x++) o.fillArea(x, 0, x, 1, areas[x], 0);
-       },
-       "ddd.ee\nddd.ee\n"},
+       }},
       {"frames for every area but 0", 5, 4,
-       [](R_A_HTMLOutput& o) { o.frameArea(0, 0, 4, 3, 3, 0); o.frameArea(1, 1, 3, 2, 0, 0); },
-       "11111\n1...1\n1...1\n11111\n"},
+       [](R_A_HTMLOutput& o) { o.frameArea(0, 0, 4, 3, 3, 0); o.frameArea(1, 1, 3, 2, 0, 0); }},
       // Dot n of 17 is drawn when bit n % 16 is set: 0x7777 leaves out
       // n = 3, 7, 11, 15; 0xCCCC draws n = 2, 3, 6, 7, 10, 11, 14, 15.
       {"raster kinds 0 to 3, then 4 and -1 draw nothing", 17, 6,
        [](R_A_HTMLOutput& o) {
          for (int k = -1; k <= 4; k++) o.drawRasterLine(0, k + 1, 17, k + 1, k);
-       },
-       ".................\n11111111111111111\n11111111111111111\n"
-       "55.555.555.555.55\n.44..44..44..44..\n.................\n"},
+       }},
       {"reference lines: kind 0 main, others secondary", 4, 3,
-       [](R_A_HTMLOutput& o) { for (int k : {0, 1, 5}) o.drawRefLine(0, k % 4, 4, k % 4, k); },
-       "2222\n3333\n....\n"},
+       [](R_A_HTMLOutput& o) { for (int k : {0, 1, 5}) o.drawRefLine(0, k % 4, 4, k % 4, k); }},
       {"data lines with a pen of 2", 6, 6,
-       [](R_A_HTMLOutput& o) { o.drawDataLine(0, 1, 4, 1, 0); o.drawDataLine(0, 4, 4, 4, 1); },
-       "......\n88888.\n88888.\n......\n99999.\n99999.\n"},
+       [](R_A_HTMLOutput& o) { o.drawDataLine(0, 1, 4, 1, 0); o.drawDataLine(0, 4, 4, 4, 1); }},
       // a = atan2(0, -8) = 180 degrees; at 210 and 150 degrees the head
       // points are 8 - 3.46 = 4.54 -> 4 and 4 -/+ 2: (4, 2), (4, 6). The
       // strokes from the tip step x by -1, y every second step.
-      {"arrow to the right", 10, 7, [](R_A_HTMLOutput& o) { o.drawDataArrow(0, 4, 8, 4, 0); },
-       "..........\n..........\n..........\n.....88...\n888888888.\n.....88...\n..........\n"},
-      // a = 0: points 3.46 -> 3 and 4 +/- 2; the strokes from (0, 4) to
-      // (3, 6) and (3, 2) step y after the first pixel.
-      {"arrow to the left, secondary", 10, 7,
-       [](R_A_HTMLOutput& o) { o.drawDataArrow(8, 4, 0, 4, 1); },
-       "..........\n..........\n..........\n.99.......\n999999999.\n.99.......\n..........\n"},
+      {"arrow to the right", 10, 7, [](R_A_HTMLOutput& o) { o.drawDataArrow(0, 4, 8, 4, 0); }},
       // Style 1, y1 = y2 = 5: from y2 + h = 8 up to y2 - h = 2.
-      {"range bar of one target", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 5, 5, 1); },
-       ".........\n.........\n.........\n....a....\n....a....\n.aaaaaa..\n"
-       "....a....\n....a....\n....a....\n.........\n.........\n"},
+      {"range bar of one target", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 5, 5, 1); }},
       // Style 1, y1 < y2: from y2 + h = 10 up to y1 = 2.
-      {"range bar style 1, y1 above", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 1); },
-       ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
-       "....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"},
-      // Style 1, y1 > y2: from y1 = 7 up to y2 - h = -1.
-      {"range bar style 1, y1 below", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 7, 2, 1); },
-       "....a....\n....a....\n.aaaaaa..\n....a....\n....a....\n....a....\n"
-       "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
+      {"range bar style 1, y1 above", 9, 11, [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 1); }},
       {"range bar style 0: from y1 to y2", 9, 11,
-       [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 0); },
-       ".........\n.........\n.aaaaaa..\n....a....\n....a....\n....a....\n"
-       "....a....\n.aaaaaa..\n.........\n.........\n.........\n"},
+       [](R_A_HTMLOutput& o) { o.drawRangeBar(4, 2, 7, 0); }},
       // Ends given right to left: x -1 to 9, A from 0 to 5 (y = (x + 1) / 2,
       // so 2.5 at x = 4 rounds up to 3), B from 10 to 0 (y = 9 - x). Clip x 1
       // to 6, y 1 to 6; each column from A towards B without B's end.
       {"band clipped at every edge", 8, 8,
-       [](R_A_HTMLOutput& o) { o.setClip(6, 1, 1, 6); o.drawBand(9, 5, 0, -1, 0, 10, 0); },
-       "........\n.7......\n.777....\n.77777..\n.7777.7.\n.777....\n........\n........\n"},
+       [](R_A_HTMLOutput& o) { o.setClip(6, 1, 1, 6); o.drawBand(9, 5, 0, -1, 0, 10, 0); }},
       {"no surface after endGraph", 4, 1,
        [](R_A_HTMLOutput& o) {
          o.endGraph(0, "");
@@ -427,8 +247,7 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
          o.drawMark(1, 1, 0, false);
          o.drawText(0, 0, 0, 0, 0, "x");
          o.beginGraph(0, "", 4, 1);
-       },
-       "....\n"},
+       }},
   };
   for (const DrawRow& row : rows) {
     SCOPED_TRACE(row.label);
@@ -440,7 +259,7 @@ TEST_F(HTMLOutputTest, DrawingOperationsPaintTheseCanvases) {
     page.out().beginGraph(0, "", row.width, row.height);
     row.draw(page.out());
     ASSERT_NE(page.out().getBitmapDraw(), nullptr);
-    EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), row.dump);
+    EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), expectedCanvas(row.label));
   }
 }
 
@@ -488,30 +307,6 @@ TEST_F(HTMLOutputTest, TextIsAlignedAndColouredByFont) {
     expected.fillRect(0, 0, 39, 39, 14);
     expected.drawString(row.left, row.top, row.color, row.doubled != 0, 0, "ab");
     EXPECT_EQ(dumpCanvas(*page.out().getBitmapDraw()), dumpCanvas(expected));
-  }
-}
-
-// Coordinates and settings at the ends of int: nothing overflows, and the
-// work stays within the canvas (run under the sanitizers).
-TEST_F(HTMLOutputTest, ExtremeCoordinatesAndSettingsStayQuietAndBounded) {
-  const int lo = INT_MIN, hi = INT_MAX;
-  for (int size : {lo, 0, 3}) {
-    SCOPED_TRACE(size);
-    Page page;
-    for (int code : {S::intGraphMarkWidth, S::intGraphArrowWidth, S::intGraphTargetWidth}) {
-      page.setup.setInt(code, hi);
-    }
-    page.out().beginGraph(0, "", size, size);
-    page.out().setClip(lo, lo, hi, hi);
-    page.out().drawBand(lo, lo, hi, hi, hi, lo, 0);
-    page.out().drawMark(1, 1, 0, false);
-    page.out().drawMark(hi, lo, 1, false);
-    page.out().drawRangeBar(hi, lo, hi, 1);
-    page.out().drawRangeBar(lo, hi, lo, 1);
-    page.out().drawDataArrow(lo, lo, hi, hi, 0);
-    page.out().drawText(lo, lo, 1, 2, 0, "xyz");
-    page.out().frameArea(lo, lo, hi, hi, 1, 0);
-    EXPECT_EQ(page.out().getBitmapDraw()->getWidth(), size > 0 ? size : 0);
   }
 }
 

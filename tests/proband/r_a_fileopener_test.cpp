@@ -21,7 +21,6 @@ TEST(FileOpenerTest, TheFirstByteAloneTellsTheForm) {
       {"\x09\x05", 2, R_A_FileOpener::formBinary},
       {"", 0, R_A_FileOpener::formBinary},                 // empty: binary
       {"\xEF\xBB\xBF<quorl>", 10, R_A_FileOpener::formBinary},  // a byte-order mark in front
-      {" <quorl>", 8, R_A_FileOpener::formBinary},
       {"\0<", 2, R_A_FileOpener::formMissing},             // NUL first: as if missing
   };
   for (const auto& row : rows) {

@@ -4,42 +4,6 @@
 
 #include <string>
 
-#include "core/r_date.h"
-#include "core/r_number.h"
-
-TEST(QueryTextTest, ValuesKeepOnlyTheSafeBytes) {
-  std::string all;
-  for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
-  std::string expected;
-  const std::string safe = "!#$()*,-./0123456789;@ABCDEFGHIJKLMNOPQRSTUVWXYZ[]_abcdefghijklmnopqrstuvwxyz{}";
-  for (int c = 1; c < 256; ++c) {
-    char hex[4];
-    snprintf(hex, sizeof(hex), "%%%02X", c);
-    if (c == ' ')
-      expected += '+';
-    else if (safe.find(static_cast<char>(c)) != std::string::npos)
-      expected += static_cast<char>(c);
-    else
-      expected += hex;
-  }
-  char buffer[2048];
-  R_A_QueryText query(buffer, sizeof(buffer));
-  query.add("v", all.c_str());
-  EXPECT_EQ("v=" + expected + "&", std::string(buffer));
-}
-
-TEST(QueryTextTest, PagesNumbersAndDatesTakeTheirTextForms) {
-  char buffer[128] = "old";
-  R_A_QueryText query(buffer, sizeof(buffer));
-  EXPECT_STREQ("", buffer);
-  query.setPage("/temp");
-  query.addNumber("A", R_Number(1.5e-7));
-  query.addNumber("B", R_Number());
-  query.addDate("C", R_Date(9, 1, 2004));
-  query.add("D", nullptr);
-  EXPECT_STREQ("/temp?A=1.5e-07&B=%3F&C=9.1.2004&D=&", buffer);
-  EXPECT_EQ(36, query.getLength());
-}
 
 TEST(QueryTextTest, AValueIsNeverCutInsideAnEscape) {
   struct Row {

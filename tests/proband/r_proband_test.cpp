@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/r_bufferoutputstream.h"
 #include "core/r_typecodes.h"
 #include "tests/proband/proband_support.h"
+#include "tests/support/test_files.h"
 
 // knowledge.xml: AGE, HEIGHT (followed, 30..250), FATHER_HT (anamnestic,
 // 100..250), WEIGHT (followed, 0.5..250), MOTHER_HT (anamnestic, no
@@ -48,51 +50,30 @@ TEST_F(ProbandTest, SexIsAnsweredAsZeroOneTwoAndStoredAsOneTwoMinusOne) {
   }
 }
 
-TEST_F(ProbandTest, NamesAreFoundWithoutRegardToCaseInTheirOwnSubsetOnly) {
-  EXPECT_EQ(0, proband.getAnamnesticOrder("father_ht"));
-  EXPECT_EQ(1, proband.getAnamnesticOrder("Mother_HT"));
-  EXPECT_EQ(-1, proband.getAnamnesticOrder("HEIGHT"));
-  EXPECT_EQ(-1, proband.getAnamnesticOrder("AGE"));
-  EXPECT_EQ(-1, proband.getAnamnesticOrder(nullptr));
-  EXPECT_EQ(0, proband.getFollowedOrder("height"));
-  EXPECT_EQ(1, proband.getFollowedOrder("WEIGHT"));
-  EXPECT_EQ(-1, proband.getFollowedOrder("FATHER_HT"));
-}
-
-TEST_F(ProbandTest, ValuesOutsideTheIntervalOrNotFiniteBecomeUndefined) {
-  const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
-  const struct {
-    const char* name;
-    double value;
-    bool kept;
-  } rows[] = {{"FATHER_HT", 100, true},   {"FATHER_HT", 250, true}, {"FATHER_HT", 99.99, false},
-              {"FATHER_HT", 250.01, false}, {"MOTHER_HT", 1000, true}, {"MOTHER_HT", -5, true},
-              {"MOTHER_HT", inf, false},    {"MOTHER_HT", nan, false}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.name) + " " + std::to_string(row.value));
-    proband.setAnamnesticValue(row.name, R_Number(170.0));
-    proband.setAnamnesticValue(row.name, R_Number(row.value));
-    R_Number result;
-    proband.getAnamnesticValue(result, row.name);
-    EXPECT_EQ(row.kept ? std::to_string(row.value) : "?", result.isDefined() ? std::to_string(result.getValue()) : "?");
+// Interval bounds are in load_cases.txt; a value that is not finite is
+// dropped from any variable, one without interval too.
+TEST_F(ProbandTest, ValuesNotFiniteBecomeUndefined) {
+  for (double value : {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+    proband.setAnamnesticValue("MOTHER_HT", R_Number(170.0));
+    proband.setAnamnesticValue("MOTHER_HT", R_Number(value));
+    EXPECT_FALSE(proband.getAnamnesticNumber(1).isDefined());
   }
 }
 
+// Visits without age go behind those with one, by date; a comment for a
+// visit that is not there goes nowhere.
 TEST_F(ProbandTest, VisitsKeepTheirOrderByAgeThenDate) {
+  proband.setSex(0);
   proband.addVisit(R_Number(7.0), R_Date());
   proband.addVisit(R_Number(3.0), R_Date());
   proband.addVisit(undefined(), R_Date(1, 1, 2005));
   proband.addVisit(undefined(), R_Date(1, 1, 2003));
   proband.addVisit(R_Number(5.0), R_Date());
-  std::string order;
-  for (int i = 0; i < proband.getVisitCount(); ++i) {
-    char text[32];
-    proband.getVisitAge(i).toText(text);
-    order += std::string(text) + " ";
-    proband.getVisitDate(i).format(text, "%Y");
-    order += std::string(text) + ", ";
-  }
-  EXPECT_EQ("3 , 5 , 7 , ? 2003, ? 2005, ", order);
+  for (int index : {-1, 5, 1000000}) proband.setVisitComment(index, "lost");
+  EXPECT_EQ("<proband><info sex=\"male\" /><data><record age=\"3\"></record><record age=\"5\"></record>"
+            "<record age=\"7\"></record><record date=\"1.1.2003\"></record><record date=\"1.1.2005\"></record>"
+            "</data></proband>",
+            textOf(proband));
 }
 
 TEST_F(ProbandTest, ANewDateOfBirthRecomputesAgesAndLeavesTheOrder) {
@@ -106,70 +87,30 @@ TEST_F(ProbandTest, ANewDateOfBirthRecomputesAgesAndLeavesTheOrder) {
   EXPECT_EQ(5.002, proband.getVisitAge(0).getValue());
 }
 
-TEST_F(ProbandTest, ClearEmptiesEverything) {
-  ASSERT_NE("refused", load("<info id=\"A\" dob=\"2.3.2001\" sex=\"female\"/><data><val var=\"MOTHER_HT\">160</val>"
-                            "<record age=\"1\"/></data>"));
-  proband.clear();
-  EXPECT_FALSE(proband.isSexDefined());
-  EXPECT_TRUE(proband.getId().isEmpty());
-  EXPECT_FALSE(proband.getDob().isDefined());
-  EXPECT_EQ(0, proband.getVisitCount());
-  EXPECT_FALSE(proband.getAnamnesticNumber(1).isDefined());
-}
-
 // ---- XML form ----
 
-TEST_F(ProbandTest, LoadXMLMergesOrdersAndDropsAsTheTextRequires) {
-  const std::string male = "<info sex=\"male\"/><data>";
-  const std::string girl = "<info sex=\"female\" dob=\"1.1.2000\"/><data>";
-  const struct {
-    const char* what;
-    std::string text, written;
-  } rows[] = {
-      {"records closer than a day merge and the later one wins",
-       male +
-           "<record age=\"5.001\" comment=\"first\"><val var=\"HEIGHT\">110</val><val var=\"WEIGHT\">20</val></record>"
-           "<record age=\"5.002\" comment=\"second\"><val var=\"HEIGHT\">111</val></record></data>",
-       "<proband><info sex=\"male\" /><data><record age=\"5.001\" comment=\"second\">"
-       "<val var=\"HEIGHT\">111</val><val var=\"WEIGHT\">20</val></record></data></proband>"},
-      {"records a day apart stay two",
-       male + "<record age=\"5.000\"><val var=\"HEIGHT\">110</val></record>"
-              "<record age=\"5.003\"><val var=\"HEIGHT\">111</val></record></data>",
-       "<proband><info sex=\"male\" /><data><record age=\"5\"><val var=\"HEIGHT\">110</val></record>"
-       "<record age=\"5.003\"><val var=\"HEIGHT\">111</val></record></data></proband>"},
-      {"records out of order come out in age order",
-       male + "<record age=\"12\"/><record age=\"3\"></record><record age=\"12\"></record><record "
-              "age=\"1.5\"></record></data>",
-       "<proband><info sex=\"male\" /><data><record age=\"1.5\"></record><record age=\"3\"></record>"
-       "<record age=\"12\"></record></data></proband>"},
-      {"ages come from the date of birth",
-       girl + "<record date=\"1.1.2005\"><val var=\"HEIGHT\">110</val></record></data>",
-       "<proband><info dob=\"1.1.2000\" sex=\"female\" /><data>"
-       "<record date=\"1.1.2005\" age=\"5.002\"><val var=\"HEIGHT\">110</val></record></data></proband>"},
-      {"but only from an info that stands first",
-       "<data><record date=\"1.1.2005\"><val var=\"HEIGHT\">110</val></record></data><info sex=\"female\" "
-       "dob=\"1.1.2000\"/>",
-       "<proband><info dob=\"1.1.2000\" sex=\"female\" /><data>"
-       "<record date=\"1.1.2005\"><val var=\"HEIGHT\">110</val></record></data></proband>"},
-      {"a visit before the birth loses its age and goes first by its date",
-       girl + "<record date=\"1.6.1999\" age=\"4\"><val var=\"HEIGHT\">100</val></record><record "
-              "age=\"2\"></record></data>",
-       "<proband><info dob=\"1.1.2000\" sex=\"female\" /><data>"
-       "<record date=\"1.6.1999\"><val var=\"HEIGHT\">100</val></record><record age=\"2\"></record></data></proband>"},
-      {"question marks, ranges and unknown names are dropped silently",
-       male + "<val var=\"FATHER_HT\">180</val><val var=\"FATHER_HT\">?</val><val var=\"MOTHER_HT\">170</val>"
-              "<val var=\"SHOE_SIZE\">40</val><val>5</val><val var=\"HEIGHT\">120</val><val var=\"MOTHER_HT\"></val>"
-              "<record age=\"4\"><val var=\"HEIGHT\">900</val><val var=\"WEIGHT\">17</val>"
-              "<val var=\"FATHER_HT\">180</val><val var=\"TAIL\">3</val></record></data>",
-       "<proband><info sex=\"male\" /><data><val var=\"MOTHER_HT\">170</val>"
-       "<record age=\"4\"><val var=\"WEIGHT\">17</val></record></data></proband>"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
+// The cases of load_cases.txt, each read into a proband that had an id:
+// none of the texts that load carries one.
+TEST_F(ProbandTest, LoadXMLMergesOrdersDropsAndRefusesAsTheTextRequires) {
+  std::istringstream cases(readFile(testData("proband/load_cases.txt")));
+  std::string line, what, text;
+  int count = 0;
+  while (std::getline(cases, line)) {
+    if (line.compare(0, 2, "# ") == 0) what = line.substr(2);
+    if (line.compare(0, 4, "in: ") == 0) text = line.substr(4);
+    if (line.compare(0, 5, "out: ") != 0) continue;
+    SCOPED_TRACE(what + ": " + text);
     R_Proband fresh(file.get());
-    ASSERT_TRUE(loadText(fresh, row.text));
-    EXPECT_EQ(row.written, textOf(fresh));
+    fresh.setId("old");
+    const bool accepted = fresh.loadXML(text.c_str());
+    const std::string expected = line.substr(5);
+    EXPECT_EQ(expected, !accepted ? "refused" : expected == "accepted" ? expected : textOf(fresh));
+    EXPECT_EQ(accepted, fresh.isSexDefined());
+    EXPECT_TRUE(fresh.getId().isEmpty());
+    ++count;
   }
+  EXPECT_EQ(25, count);
+  EXPECT_FALSE(proband.loadXML(nullptr));
 }
 
 TEST_F(ProbandTest, LoadXMLReadsTheTextWithOrWithoutTheProbandElement) {
@@ -188,68 +129,23 @@ TEST_F(ProbandTest, LoadXMLReadsTheTextWithOrWithoutTheProbandElement) {
   EXPECT_EQ(expected, load(expected));
 }
 
-TEST_F(ProbandTest, LoadXMLRefusesTextsWithoutSexOrWithBrokenRecords) {
-  struct Row {
-    const char* text;
-    bool accepted;
-  } rows[] = {
-      {"<info sex=\"female\"/>", true}, {"<info sex=\"male\"></info><data></data>", true},
-      {"<info sex=\"male\"/><unknown a=\"1\"><data/></unknown>", true},
-      {"<info sex=\"male\"/><data><record date=\"1.1.2000\"></record></data>", true},
-      {"", false}, {"<info id=\"7\"/>", false}, {"<info sex=\"Male\"/>", false}, {"<info sex=\"m\"/>", false},
-      {"<info sex='male'/>", false},
-      {"<info sex=\"male\"/><data><record comment=\"x\"></record></data>", false},
-      {"<info sex=\"male\"/><data><record age=\"x\" date=\"31.2.2000\"></record></data>", false},
-      {"<info sex=\"male\"/><data><record age=\"1\"><record></record></record></data>", true},
-      {"<info sex=\"male\"/><data>", false},
-      {"<info sex=\"male\"/><data></info>", false},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.text);
-    proband.setId("old");
-    EXPECT_EQ(row.accepted, proband.loadXML(row.text));
-    EXPECT_EQ(row.accepted, proband.isSexDefined());
-    EXPECT_TRUE(proband.getId().isEmpty());
-  }
-  EXPECT_FALSE(proband.loadXML(nullptr));
-}
-
-TEST(ProbandWithoutFollowedTest, VisitsAreRefusedAndRecordElementsIgnored) {
-  std::unique_ptr<R_File> file = loadKnowledge("knowledge_anamnestic_only.xml");
-  R_Proband proband(file.get());
-  EXPECT_EQ(-1, proband.addVisit(R_Number(1.0), R_Date()));
-  EXPECT_EQ(0, proband.getVisitCount());
-  ASSERT_TRUE(loadText(proband, "<info sex=\"male\"/><data><val var=\"FATHER_HT\">180</val>"
-                                "<record age=\"3\" comment=\"c\"><val var=\"HEIGHT\">100</val></record></data>"));
-  EXPECT_EQ("<proband><info sex=\"male\" /><data><val var=\"FATHER_HT\">180</val></data></proband>", textOf(proband));
-}
-
 // ---- Binary form ----
 
-TEST_F(ProbandTest, TheBinaryFormOfASmallProbandIsPinned) {
-  proband.setId("P1");
-  proband.setDob(R_Date(1, 2, 2000));
-  proband.setSex(0);
-  proband.setAnamnesticNumber(0, R_Number(180.0));
-  int index = proband.addVisit(R_Number(5.5), R_Date());
-  proband.setVisitComment(index, "c");
-  proband.setFollowedNumber(index, 0, R_Number(110.0));
-  const std::string expected = std::string(
-      "\x21" "\x01\x02\x00P1" "\x20\x01\x02\xD0\x07" "\x02\x01\x00\x00\x00"             // tag, id, dob, sex
-      "\x02\x02\x00\x00\x00" "\x01\x09\x00" "FATHER_HT" "\x01\x09\x00" "MOTHER_HT"  // anamnestic names
-      "\x03\x01\x00\x00\x00\x00\x00\x80\x66\x40" "\x03\x00"                          // 180, undefined
-      "\x02\x01\x00\x00\x00" "\x02\x02\x00\x00\x00" "\x01\x06\x00" "HEIGHT" "\x01\x06\x00" "WEIGHT"
-      "\x03\x01\x00\x00\x00\x00\x00\x00\x16\x40" "\x20\x00\x00\x00\x00" "\x01\x01\x00" "c"  // 5.5, no date
-      "\x03\x01\x00\x00\x00\x00\x00\x80\x5B\x40" "\x03\x00",                         // 110, undefined
-      116);
-  EXPECT_EQ(expected, bytesOf(proband));
+// saveToBuffer and saveToText fail cleanly one byte short; the text needs
+// room for its NUL too. The bytes themselves are pinned by the stored
+// probands below and the round trips.
+TEST_F(ProbandTest, SavingIntoABufferOneByteShortFailsCleanly) {
+  ASSERT_NE("refused", load("<info id=\"P1\" sex=\"male\"/><data><record age=\"5.5\" comment=\"c\"></record></data>"));
+  const std::string expected = bytesOf(proband), text = textOf(proband);
   unsigned char buffer[200];
   int bytes = -1;
-  ASSERT_TRUE(proband.saveToBuffer(buffer, &bytes, sizeof(buffer)));
+  ASSERT_TRUE(proband.saveToBuffer(buffer, &bytes, int(expected.size())));
   EXPECT_EQ(expected, std::string(reinterpret_cast<char*>(buffer), static_cast<size_t>(bytes)));
-  EXPECT_FALSE(proband.saveToBuffer(buffer, &bytes, 115));
+  EXPECT_FALSE(proband.saveToBuffer(buffer, &bytes, int(expected.size()) - 1));
   EXPECT_EQ(0, bytes);
-  EXPECT_TRUE(proband.saveToBuffer(buffer, &bytes, 116));
+  char room[200];
+  EXPECT_TRUE(proband.saveToText(room, &bytes, static_cast<int>(text.size()) + 1));
+  EXPECT_FALSE(proband.saveToText(room, &bytes, static_cast<int>(text.size())));
 }
 
 TEST_F(ProbandTest, SaveLoadSaveGivesTheSameBytesAndTruncationFailsCleanly) {
@@ -277,24 +173,19 @@ TEST_F(ProbandTest, SaveLoadSaveGivesTheSameBytesAndTruncationFailsCleanly) {
   }
 }
 
+// Neither saveToBuffer nor saveToText writes a proband without sex; the
+// binary form holds it (the text form is refused, see load_cases.txt).
 TEST_F(ProbandTest, AStoredUndefinedSexLoadsFromBinaryButNotFromXML) {
   proband.setId("N");
   proband.setAnamnesticNumber(1, R_Number(150.0));
-  unsigned char buffer[300];
-  int bytes = 5;
+  unsigned char buffer[300] = "x";
+  int bytes = 5, text_bytes = 5;
   EXPECT_FALSE(proband.saveToBuffer(buffer, &bytes, sizeof(buffer)));
-  EXPECT_EQ(0, bytes);
-  char text[300] = "x";
-  bytes = 5;
-  EXPECT_FALSE(proband.saveToText(text, &bytes, sizeof(text)));
-  EXPECT_STREQ("", text);
-  EXPECT_EQ(0, bytes);
-
+  EXPECT_FALSE(proband.saveToText(reinterpret_cast<char*>(buffer), &text_bytes, sizeof(buffer)));
+  EXPECT_EQ("0 0 ", std::to_string(bytes) + " " + std::to_string(text_bytes) + " " + reinterpret_cast<char*>(buffer));
   R_Proband again(file.get());
   ASSERT_TRUE(loadBytes(again, bytesOf(proband)));
-  EXPECT_EQ("N", std::string(again.getId().get()));
-  EXPECT_EQ(150.0, again.getAnamnesticNumber(1).getValue());
-  EXPECT_FALSE(loadText(again, "<info id=\"N\"/><data><val var=\"MOTHER_HT\">150</val></data>"));
+  EXPECT_EQ(bytesOf(proband), bytesOf(again));
 }
 
 namespace {
@@ -319,10 +210,14 @@ typedef R_Number N;
 
 }  // namespace
 
+// An unknown name longer than the name table keeps inside itself.
+const char* const kLongName = "AN_UNKNOWN_VARIABLE_WITH_A_NAME_OF_MORE_THAN_FORTY_BYTES";
+
 TEST_F(ProbandTest, BinaryValuesAreMatchedByNameSkippingUnknownAndOutOfRangeOnes) {
   StoredProband stored;
   stored << S("S") << R_Date() << I(2)                                     // id, dob, female
-         << I(3) << S("shoe_size") << S("father_ht") << S("MOTHER_HT") << N(40.0) << N(90.0) << N(155.0)
+         << I(4) << S("shoe_size") << S("father_ht") << S("MOTHER_HT") << S(kLongName)
+         << N(40.0) << N(90.0) << N(155.0) << N(1.0)
          << I(2) << I(3) << S("WEIGHT") << S("TAIL") << S("HEIGHT")        // two visits of three values
          << N(5.001) << R_Date() << S("a") << N(20.0) << N(1.0) << N(110.0)
          << N(5.002) << R_Date() << S("b") << N() << N(2.0) << N(900.0);
@@ -330,16 +225,7 @@ TEST_F(ProbandTest, BinaryValuesAreMatchedByNameSkippingUnknownAndOutOfRangeOnes
   EXPECT_EQ("<proband><info id=\"S\" sex=\"female\" /><data><val var=\"MOTHER_HT\">155</val>"
             "<record age=\"5.001\" comment=\"b\"><val var=\"WEIGHT\">20</val></record></data></proband>",
             textOf(proband));
-}
-
-TEST_F(ProbandTest, DamagedCountsFailWithoutHugeAllocations) {
-  StoredProband names;
-  names << S("") << R_Date() << I(1) << I(0x7FFFFFFF) << S("A");
-  EXPECT_FALSE(loadBytes(proband, names.bytes()));
-  StoredProband visits;
-  visits << S("") << R_Date() << I(1) << I(0) << I(0x7FFFFFFF) << I(0) << N(1.0) << R_Date() << S("");
-  EXPECT_FALSE(loadBytes(proband, visits.bytes()));
-  EXPECT_EQ(0, proband.getVisitCount());
+  // A stored sex other than 1 or 2 loads as undefined and is stored as -1.
   StoredProband odd_sex;
   odd_sex << S("") << R_Date() << I(7) << I(0) << I(0) << I(0);
   EXPECT_TRUE(loadBytes(proband, odd_sex.bytes()));
@@ -358,47 +244,7 @@ TEST_F(ProbandTest, CopyFromCarriesValuesByNameAcrossKnowledgeFiles) {
             "<record date=\"1.1.2005\" age=\"5.002\" comment=\"x\"><val var=\"WEIGHT\">19</val>"
             "<val var=\"HEIGHT\">110</val></record></data></proband>",
             textOf(other));
-  R_Proband back(file.get());
-  EXPECT_TRUE(back.copyFrom(other));
-  EXPECT_EQ("<proband><info id=\"C\" dob=\"1.1.2000\" sex=\"female\" /><data><val var=\"FATHER_HT\">180</val>"
-            "<record date=\"1.1.2005\" age=\"5.002\" comment=\"x\"><val var=\"HEIGHT\">110</val>"
-            "<val var=\"WEIGHT\">19</val></record></data></proband>",
-            textOf(back));
   R_Proband empty(file.get());
-  EXPECT_FALSE(back.copyFrom(empty));
-  EXPECT_EQ(0, back.getVisitCount());
-}
-
-TEST_F(ProbandTest, SaveToTextRefusesWhatDoesNotFit) {
-  proband.setSex(1);
-  char text[64];
-  int bytes = -1;
-  ASSERT_TRUE(proband.saveToText(text, &bytes, sizeof(text)));
-  EXPECT_STREQ("<proband><info sex=\"female\" /><data></data></proband>", text);
-  EXPECT_EQ(53, bytes);
-  EXPECT_TRUE(proband.saveToText(text, &bytes, 54));
-  EXPECT_FALSE(proband.saveToText(text, &bytes, 53));
-}
-
-// The expected count only sizes the visit's storage: whatever it says, the
-// visit holds every value set on it, also when more arrive by a merge.
-TEST_F(ProbandTest, AnyExpectedValueCountGivesTheSameVisit) {
-  std::string first;
-  for (int expected : {0, 1, 2, 40}) {
-    SCOPED_TRACE(expected);
-    proband.clear();
-    proband.setSex(0);
-    int visit = proband.addVisit(R_Number(4.0), R_Date(), expected);
-    ASSERT_EQ(0, visit);
-    for (int order = proband.getFollowedCount() - 1; order >= 0; --order)
-      proband.setFollowedNumber(visit, order, R_Number(100.5 + order));
-    EXPECT_EQ(visit, proband.addVisit(R_Number(4.001), R_Date(), 1));
-    proband.setFollowedNumber(visit, 0, R_Number(120.0));
-    std::string text = textOf(proband);
-    if (first.empty()) first = text;
-    EXPECT_EQ(first, text);
-  }
-  EXPECT_EQ("<proband><info sex=\"male\" /><data><record age=\"4\"><val var=\"HEIGHT\">120</val>"
-            "<val var=\"WEIGHT\">101.5</val></record></data></proband>",
-            first);
+  EXPECT_FALSE(other.copyFrom(empty));
+  EXPECT_EQ(0, other.getVisitCount());
 }

@@ -1,12 +1,7 @@
 #!/usr/bin/env python3
-"""Decodes a BMP or PCX file of the bitmap canvas independently of the engine
-and prints it as the canvas dump of the tests: first the palette as 16 times
-"rrggbb", then one line a row, '.' for index 0, a hexadecimal digit else.
-
-BMP goes through Pillow (Debian python3-pil); Pillow has no reader for PCX with
-one 4-bit plane, so PCX is decoded here from its published layout.
-Usage: decode_image.py bmp|pcx FILE
-"""
+"""decode_image.py bmp|pcx FILE: the palette as 16 times "rrggbb", then the
+canvas dump of the tests. BMP through Pillow; PCX (one 4-bit plane, which
+Pillow cannot read) decoded here from its published layout."""
 import sys
 
 
