@@ -120,7 +120,7 @@ def check(fault, scratch, tests):
         rc, out = build(scratch)
         if rc != 0:
             return "build fails", ""
-        ctest = ["ctest", "-j2", "--stop-on-failure", "--timeout", "300"] + (["-R", tests] if tests else [])
+        ctest = ["ctest", "-j2", "--stop-on-failure", "--timeout", "120"] + (["-R", tests] if tests else [])
         rc, out = run(ctest, os.path.join(scratch, "build"), 1800)
         suites = ",".join(failing_suites(out))
         return ("caught" if rc != 0 else "MISSED"), suites
