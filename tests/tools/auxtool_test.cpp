@@ -17,10 +17,11 @@ struct ToolRun {
   int exit_code;
 };
 
-// Standard output only, or both streams with `with_errors`.
+// Standard output only, or both streams with `with_errors`; a run that
+// hangs is killed after a minute.
 ToolRun auxtool(const std::string& arguments, bool with_errors = false) {
   ToolRun run;
-  run.output = runCommand(std::string(AUX_BIN_DIR) + "/auxtool" + (with_errors ? " 2>&1 " : " 2>/dev/null ") + arguments,
+  run.output = runCommand("timeout -s KILL 60 " + std::string(AUX_BIN_DIR) + "/auxtool" + (with_errors ? " 2>&1 " : " 2>/dev/null ") + arguments,
                           &run.exit_code);
   return run;
 }
