@@ -420,30 +420,19 @@ TEST_F(AuxtoolTest, ImportListsTheEntriesAndAddsTheSelectedOnesOrChangesNothing)
 }
 
 // `auxtool report` on a small knowledge file and database (tests/data/tools/
-// report*.xml). The boy at 3 years: last height 90 cm, target (180 + 166 +
-// 13) / 2; the table shows the two visits with a height, BMI 12 / 0.86^2 at
-// the first. The pages were written by hand from the fixture's texts and
-// the templates.
+// report*.xml), with the pages written by hand from the fixture's texts and
+// the templates (report_summary.html, report_visits.html). The boy at 3
+// years: last height 90 cm, target (180 + 166 + 13) / 2; the table shows the
+// two visits with a height, BMI 12 / 0.86^2 at the first. The visits: three
+// in groups of two, with the setup's frame and head column.
 TEST_F(AuxtoolTest, ReportWritesWholePagesAndRefusesSayingWhatIsMissing) {
   const std::string files = testData("tools/report.xml") + " " + testData("tools/report_database.xml") + " ";
   const std::string boy = files + "\"Boy Jan\" ", missing = dir.file("missing.xml"), page = dir.file("p.html");
-  const std::string summary =
-      "<h1>Summary</h1><p>Height <b>now</b> <font color=red>90.0 cm</font>, target <font color=red>179.5 cm</font>; "
-      "<a href=\"_t_id=visits&\">(*)</a> or <a href=\"http://example.org/\">[*]</a>.</p><p>A boy.</p>"
-      "<p>Shared <i>note</i>.</p><hr /><center><img src=\"logo.png\"></img></center>"
-      "<h2>Body mass index (kg/m<sup>2</sup>)</h2><center><table border=\"1\"><tr><th>Date</th><th>Height</th>"
-      "<th>&nbsp;</th><th>BMI</th></tr><tr><td>1.1.2012</td><td>86.0</td><td>&nbsp;</td><td>16.2</td></tr>"
-      "<tr><td>1.7.2012</td><td>90.0</td><td>&nbsp;</td><td>&nbsp;</td></tr></table></center>";
+  const std::string summary = readFile(testData("tools/report_summary.html"));
   runRows({
       {"report " + boy + "summary --today 1.1.2013", 0, summary},
-      // Three visits in groups of two, with the setup's frame and head column.
       {"report " + boy + "visits --today 1.1.2013 --setup " + testData("tools/report_setup.txt"), 0,
-       "<!DOCTYPE html>\n<html><body>\n<h2 class=\"sub\">Weight</h2>"
-       "<table class=\"inv\"><tr><th>Visit</th><td>1.1.</td><td>1.7.</td></tr>"
-       "<tr><td height=2></td><td height=2></td><td height=2></td></tr>"
-       "<tr><th>Weight</th><td>12.0</td><td>&nbsp;</td></tr></table><br>"
-       "<table class=\"inv\"><tr><th>Visit</th><td>1.1.</td></tr><tr><td height=2></td><td height=2></td></tr>"
-       "<tr><th>Weight</th><td>14.1</td></tr></table></body></html>"},
+       readFile(testData("tools/report_visits.html"))},
       {"report --list " + testData("tools/report.xml"), 0, "summary\tSummary\nnote\t\nvisits\tVisits\n"},
       {"report --list " + missing, 1, "File " + missing + " not found\n"},
       // Names are matched exactly; the hint ignores ASCII case and stops at five names.

@@ -16,18 +16,14 @@
 #include <string>
 #include <vector>
 
-#include "core/r_number.h"
 #include "document/r_supertext.h"
 #include "gtest/gtest.h"
 #include "knowledge/r_file.h"
-#include "knowledge/r_filestatistics.h"
-#include "knowledge/r_graphreflines.h"
 #include "knowledge/r_probability.h"
 #include "knowledge/r_refdata.h"
 #include "knowledge/r_reference.h"
 #include "knowledge/r_variable.h"
-#include "knowledge/r_xyvar.h"
-#include "proband/r_a_security.h"
+#include "proband/r_a_opensecurity.h"
 #include "proband/r_a_simpledb.h"
 #include "proband/r_proband.h"
 #include "graph/r_graphcalculator.h"
@@ -43,13 +39,6 @@ const int kMale = 0;
 const int kFemale = 1;
 
 std::string sample(const char* name) { return std::string(AUX_SOURCE_DIR) + "/samples/" + name; }
-
-class NoSecurity : public R_A_Security {
- public:
-  bool isClientAllowed(int) override { return false; }
-  bool writeRecordId(int, char*) override { return false; }
-  int findRecordIndex(const char*) override { return -1; }
-};
 
 struct HandCase {
   const char* what;  // the table row and the arithmetic
@@ -182,7 +171,7 @@ TEST_P(SampleKnowledgeTest, WritesEveryReportTextForEveryProband) {
   ASSERT_TRUE(loaded);
   ASSERT_EQ(7, file.getTextCount());
   EXPECT_TRUE(file.getText(file.findText("target_height"))->getTitle().isEmpty());
-  NoSecurity security;
+  R_A_OpenSecurity security;
   R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
   for (int p = 0; p < database.getN(); ++p) {
     for (const char* id : {"growth_summary", "visit_table", "target_height", "puberty_girls", "puberty_boys",
@@ -266,7 +255,7 @@ TEST_P(SampleKnowledgeTest, ChartReferencesDrawTheLMSCurvesAtTheirOwnLines) {
 // The boy's heights need 0 to 20 years; the girl's fit 0 to 10.
 TEST_P(SampleKnowledgeTest, EachChartTakesTheSmallestGridThatHoldsThePoints) {
   ASSERT_TRUE(loaded);
-  NoSecurity security;
+  R_A_OpenSecurity security;
   R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
   const struct {
     const char* proband;
@@ -308,7 +297,7 @@ TEST(SampleDatabaseTest, LoadsAllProbandsInBothFormsWithoutAMessage) {
   R_File file;
   CollectingReporter reporter;
   ASSERT_TRUE(file.loadXML(sample("knowledge.xml").c_str(), &reporter));
-  NoSecurity security;
+  R_A_OpenSecurity security;
   R_A_SimpleDB xml(&security, &file, sample("probands.xml").c_str(), false, &reporter);
   R_A_SimpleDB binary(&security, &file, sample("probands.bin").c_str(), true, &reporter);
   EXPECT_TRUE(reporter.lines().empty()) << reporter.lines().front();
