@@ -46,6 +46,7 @@ async function newPage(width = 1280) {
 const at = (p) => new URL(p, server.url).href;
 const submit = (p, selector) => Promise.all([p.waitForNavigation(), p.click(selector)]);
 const text = async (selector, p = page) => (await p.textContent(selector)).replace(/\s+/g, ' ');
+const fill = async (fields, p = page) => { for (const [field, value] of Object.entries(fields)) await p.fill(field, value); };
 
 // Names in the list as a user sees them: the row that opens the next window
 // is hidden by the stylesheet.
@@ -88,13 +89,13 @@ test('the list shows 20 probands a page, pages through all of them, and searches
   assert.deepEqual(new Set([...first, ...second]), new Set(all.map((p) => p[0])));
   assert.equal(await page.isVisible('a[rel=next]'), false);
 
-  await page.fill('input[name=_srch]', 'nov');
+  await fill({ 'input[name=_srch]': 'nov' });
   await submit(page, 'form.search button');
   const expected = all.filter(([n, c]) => (n + '\n' + c).toLowerCase().includes('nov')).map((p) => p[0]);
   assert.ok(expected.length >= 2);
   assert.deepEqual((await visibleNames()).sort(), expected.sort());
   assert.match(await text('#search-status'), /contains nov\./);
-  await page.fill('input[name=_srch]', 'zzzz');
+  await fill({ 'input[name=_srch]': 'zzzz' });
   await submit(page, 'form.search button');
   assert.match(await text('#not-found'), /No proband matches zzzz\. All probands are shown\./);
   assert.equal((await visibleNames()).length, 20);
@@ -103,10 +104,8 @@ test('the list shows 20 probands a page, pages through all of them, and searches
 test('a new proband is saved with its anamnestic values', async () => {
   await page.goto(server.url);
   await submit(page, '.page-head a:text("New proband")');
-  await page.fill('#f-name', NEW_NAME);
   await page.check('input[name=_p_sex][value=F]');
-  for (const [field, value] of [['#f-dob', '3.2.2019'], ['#f-cmt', 'Přišla z jiné ambulance'],
-    ['#a-FATHER_HT', '181'], ['#a-MOTHER_HT', '167.4']]) await page.fill(field, value);
+  await fill({ '#f-name': NEW_NAME, '#f-dob': '3.2.2019', '#f-cmt': 'Přišla z jiné ambulance', '#a-FATHER_HT': '181', '#a-MOTHER_HT': '167.4' });
   await submit(page, '#proband-form button[type=submit]');
   assert.equal(await page.textContent('#proband-name'), NEW_NAME);
   assert.equal(await page.textContent('#proband-comment'), 'Přišla z jiné ambulance');
@@ -122,13 +121,11 @@ test('a new proband is saved with its anamnestic values', async () => {
 test('two visits are added, with ages from the dates', async () => {
   await openProband();
   await submit(page, '#add-visit');
-  for (const [field, value] of [['#f-date', '3.2.2022'], ['#v-HEIGHT', '95.3'], ['#v-WEIGHT', '14.2'],
-    ['#f-cmt', 'první kontrola']]) await page.fill(field, value);
+  await fill({ '#f-date': '3.2.2022', '#v-HEIGHT': '95.3', '#v-WEIGHT': '14.2', '#f-cmt': 'první kontrola' });
   await submit(page, '#visit-form button[type=submit]');
   // The second through the form folded into the proband page.
   await page.click('details.inline-visit summary');
-  for (const [field, value] of [['#i-date', '5.8.2023'], ['#i-HEIGHT', '104.1'], ['#i-WEIGHT', '16.9']])
-    await page.fill(field, value);
+  await fill({ '#i-date': '5.8.2023', '#i-HEIGHT': '104.1', '#i-WEIGHT': '16.9' });
   await submit(page, '#inline-visit-form button[type=submit]');
   // Ages: 3.2.2019 to 3.2.2022 is 1096 days, / 365.25 = 3.0007; to 5.8.2023
   // it is 1461 + 183 = 1644 days, / 365.25 = 4.5010.
@@ -168,7 +165,7 @@ test('an edited visit keeps its place and shows the new value', async () => {
   await openProband();
   await submit(page, '#visits tbody tr:nth-child(1) a:text("Edit")');
   assert.deepEqual([await page.inputValue('#v-HEIGHT'), await page.inputValue('#f-date')], ['95.3', '3.2.2022']);
-  await page.fill('#v-HEIGHT', '95.8');
+  await fill({ '#v-HEIGHT': '95.8' });
   await submit(page, '#visit-form button[type=submit]');
   const rows = await visitRows();
   assert.equal(rows.length, 2);
@@ -185,8 +182,7 @@ test('a form sent twice changes the database once', async () => {
   await other.goto(page.url());
   for (const p of [page, other]) {
     await submit(p, '#add-visit');
-    await p.fill('#f-date', '1.6.2024');
-    await p.fill('#v-HEIGHT', '110.2');
+    await fill({ '#f-date': '1.6.2024', '#v-HEIGHT': '110.2' }, p);
   }
   await submit(page, '#visit-form button[type=submit]');
   assert.equal((await visitRows()).length, 3);
@@ -218,8 +214,7 @@ test('the quick calculation gives SD score and percentile and saves nothing', as
   await page.goto(at('/temp?_page=quick'));
   assert.ok(await page.isVisible('#no-results'));
   await page.check('input[name=_p_sex][value=M]');
-  for (const [field, value] of [['#g-new', '6'], ['#n-HEIGHT', '120.7'], ['#n-WEIGHT', '22.5']])
-    await page.fill(field, value);
+  await fill({ '#g-new': '6', '#n-HEIGHT': '120.7', '#n-WEIGHT': '22.5' });
   await submit(page, '#quick-form button[type=submit]');
   // Boy, 6 years (month 72 of the WHO 2007 table: L 1, M 115.9509,
   // S 0.04249), height 120.7 cm: z = (120.7 / 115.9509 - 1) / 0.04249 =

@@ -1,77 +1,16 @@
-// The pieces of auxserve that need no HTTP: record identifiers, the log
-// line, the graph sweep and the options.
+// The pieces of auxserve that need no HTTP: the log line, the graph sweep
+// and the options. Record identifiers are followed over HTTP, in
+// auxserve_test.cpp.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <utime.h>
 
 #include <string>
 
-#include "knowledge/r_file.h"
-#include "proband/r_a_simpledb.h"
 #include "tests/support/test_files.h"
 #include "tools/auxserve/graphcleaner.h"
-#include "tools/auxserve/recordsecurity.h"
 #include "tools/auxserve/requestlog.h"
 #include "tools/auxserve/serveroptions.h"
-
-namespace {
-
-std::string record(const char* name) {
-  return std::string("<p_record><p_name>") + name + "</p_name><p_comment></p_comment><proband>"
-         "<info id=\"x\" dob=\"1.1.2010\" sex=\"male\"/><data></data></proband></p_record>\n";
-}
-
-std::string idOf(RecordSecurity& security, int index) {
-  char buffer[RecordSecurity::kIdSize];
-  security.writeRecordId(index, buffer);
-  return buffer;
-}
-
-}  // namespace
-
-// Beta, Delta, Gamma in name order; an unnamed record sorts before them all.
-TEST(RecordSecurityTest, AnIdentifierFollowsItsRecordThroughInsertsRenamesAndRemovals) {
-  TempDir dir;
-  writeFile(dir.file("db.xml"), "<p_database>\n" + record("Gamma") + record("Beta") + record("Delta") + "</p_database>\n");
-  R_File file;
-  ASSERT_TRUE(file.loadXML(testData("tools/report.xml").c_str(), nullptr));
-  RecordSecurity security;
-  R_A_SimpleDB db(&security, &file, dir.file("db.xml").c_str(), false, nullptr);
-  security.attach(&db);
-  ASSERT_EQ(3, db.getN());
-
-  EXPECT_EQ("p1", idOf(security, 0));  // Beta
-  EXPECT_EQ("p2", idOf(security, 2));  // Gamma
-  EXPECT_EQ("p1", idOf(security, 0));  // shown again: the same identifier
-
-  int added = db.addRecord(1);
-  EXPECT_EQ(0, added);
-  EXPECT_EQ(1, security.findRecordIndex("p1"));  // Beta moved one down
-  EXPECT_EQ(3, security.findRecordIndex("p2"));
-
-  int beta = 1;
-  db.setText(beta, 0, "Zeta");  // "", Delta, Gamma, Zeta
-  EXPECT_EQ(3, beta);
-  EXPECT_EQ(3, security.findRecordIndex("p1"));
-  EXPECT_EQ(2, security.findRecordIndex("p2"));
-
-  for (int i = 0; i < db.getN(); ++i) db.setSelected(i, i == 2);
-  db.removeBySelection(true);  // Gamma goes
-  security.forgetRemoved();
-  EXPECT_EQ(-1, security.findRecordIndex("p2"));
-  EXPECT_EQ(2, security.findRecordIndex("p1"));
-  EXPECT_EQ(1, security.getKnownCount());
-  EXPECT_EQ("p3", idOf(security, 0));  // a new serial, never a freed one
-
-  for (const char* id : {"", "p", "px", "1", "2", "p0", "p99", "p1x", "P1", "p-1", "p 1"})
-    EXPECT_EQ(-1, security.findRecordIndex(id)) << id;
-  char buffer[RecordSecurity::kIdSize] = "junk";
-  EXPECT_FALSE(security.writeRecordId(-1, buffer));
-  EXPECT_STREQ("", buffer);
-  EXPECT_FALSE(security.writeRecordId(db.getN(), buffer));
-  EXPECT_TRUE(security.isClientAllowed(RecordSecurity::kClient));
-  EXPECT_FALSE(security.isClientAllowed(0));
-}
 
 TEST(RequestLogTest, TheLineKeepsNamesAndDropsValues) {
   const struct {

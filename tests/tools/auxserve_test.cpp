@@ -159,6 +159,9 @@ TEST(AuxserveTest, ServesPagesAndFilesRefusesHostileRequestsAndLogsEachRequest) 
       {"/?_page=made&_p_id=p3", "", 200, page, " Gamma "},
       {"/?_page=made&_p_id=p4", "", 200, page, " none "},
       {"/?_page=made&_p_id=2", "", 200, page, " none "},  // an index is no identifier
+      {"/?_page=made&_p_id=P1", "", 200, page, " none "},
+      {"/?_page=made&_p_id=p1x", "", 200, page, " none "},
+      {"/?_page=made&_p_id=p0", "", 200, page, " none "},
       {"/?_page=../list", "", 200, page, " Beta=p1; Delta=p2; Gamma=p3;"},  // unsafe: the default page
       {"/?_page=nothing", "", 404, "", ""},
       {"/other", "", 404, "", "Not found\n"},

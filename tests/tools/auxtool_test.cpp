@@ -73,22 +73,11 @@ TEST_F(AuxtoolTest, WrongUsageExitsWith2AndHelpWith0) {
                               "report k d p t extra", "report k d p t --today 31.2.2020", "report k d p t --out",
                               "report k d p t --out a --out b", "report k d p t --frobnicate", "report --list",
                               "report --list k d", "report --list k --out a"};
-  for (const char* row : rows) {
-    SCOPED_TRACE(row);
-    EXPECT_EQ(2, auxtool(row).exit_code);
-  }
-  const struct {
-    const char* arguments;
-    const char* start;
-  } helps[] = {{"--help", "usage: auxtool"},
-               {"check --help", "usage: auxtool check KNOWLEDGE [DATABASE]\n"},
-               {"report --help", "usage: auxtool report KNOWLEDGE DATABASE PROBAND TEXT [--out FILE]"}};
-  for (const auto& help : helps) {
-    ToolRun run = auxtool(help.arguments);
-    EXPECT_EQ(0, run.exit_code);
-    EXPECT_EQ(0u, run.output.find(help.start)) << run.output;
-  }
+  for (const char* row : rows) EXPECT_EQ(2, auxtool(row).exit_code) << row;
+  for (const char* help : {"--help", "check --help", "report --help"}) EXPECT_EQ(0, auxtool(help).exit_code) << help;
   EXPECT_NE(std::string::npos, auxtool("--help").output.find("auxtool calc KNOWLEDGE DATABASE FORMULA..."));
+  EXPECT_EQ(0u, auxtool("check --help").output.find("usage: auxtool check KNOWLEDGE [DATABASE]\n"));
+  EXPECT_EQ(0u, auxtool("report --help").output.find("usage: auxtool report KNOWLEDGE DATABASE PROBAND TEXT [--out"));
 }
 
 TEST_F(AuxtoolTest, CheckPrintsASummaryOrEveryLineOfARefusal) {
@@ -175,7 +164,6 @@ TEST_F(AuxtoolTest, ConversionsThatWouldNotReadBackAreRefusedWithNothingWritten)
   writeFile(in, "<p_database><p_record><p_name>Tom & Jerry</p_name><proband><info sex=\"male\"/></proband>"
                 "</p_record></p_database>");
   ASSERT_EQ(0, auxtool("convert database " + kKnowledge + " " + in + " " + bin + " --to bin").exit_code);
-  writeFile(dir.file("in/bad.xml"), "<p_database><p_record><proband><info/></proband></p_record></p_database>");
   const std::string knowledge_bin = testData("tools/knowledge-bin-to-xml.bin");
   const std::string database = testData("tools/database-bin-to-xml.bin");
   const std::string database_of = "database " + testData("tools/database-bin-to-xml.knowledge.bin") + " ";
@@ -185,12 +173,6 @@ TEST_F(AuxtoolTest, ConversionsThatWouldNotReadBackAreRefusedWithNothingWritten)
       {"knowledge " + broken + " " + out + " --to bin", 1,
        "unfinished structure (missing end tags)\nNo file information defined\nError while making file statistics\n"
        "Statistics not loaded\nError while processing file.\nError reading knowledge file " + broken + " as XML\n"},
-      {"database " + kKnowledge + " " + dir.file("in/bad.xml") + " " + out + " --to bin", 1,
-       "data error closing block </proband>: wrong proband data\nError while processing database record.\n"
-       "data error closing block </p_record>: error while reading record\nError while processing database.\n"
-       "Database file " + dir.file("in/bad.xml") + " was not read whole; records read: 0\n"},
-      {"database " + kKnowledge + " " + dir.file("none.xml") + " " + out + " --to bin", 1,
-       "File " + dir.file("none.xml") + " not found\n"},
       {"knowledge " + testData("tools/knowledge-xml-to-bin.xml") + " " + out + " --to bin", 1,
        "the line definitions (graphlines) cannot be written in the binary form: the file has none, and the binary "
        "form cannot go without them\n" + nothing},
