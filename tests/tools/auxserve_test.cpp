@@ -4,7 +4,10 @@
 // with texts written by hand from the fixture templates below.
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <string>
@@ -15,11 +18,69 @@
 #include "proband/r_a_opensecurity.h"
 #include "proband/r_a_simpledb.h"
 #include "tests/support/test_files.h"
-#include "tests/tools/auxserve_run.h"
 
 namespace {
 
 const std::string kKnowledge = testData("tools/report.xml");
+
+// The built auxserve, started with arguments and an optional access token
+// (env takes the inherited one out or puts ours in). Its output goes to
+// files of its own folder, so standard error is there whole once it ended.
+// Every wait is bounded: 20 s, then the program is killed.
+class ServerRun {
+ public:
+  ~ServerRun() { stop(SIGKILL); }
+  // True once the program said where it listens; false when it ended first.
+  bool start(std::vector<std::string> arguments, const std::string& token = "") {
+    std::vector<std::string> words = {"env", "-u", "AUXSERVE_TOKEN"};
+    if (!token.empty()) words.push_back("AUXSERVE_TOKEN=" + token);
+    words.push_back(std::string(AUX_BIN_DIR) + "/auxserve");
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words) argv.push_back(&word[0]);
+    argv.push_back(nullptr);
+    const std::string out = dir.file("out"), err = dir.file("err");
+    if ((pid = fork()) == 0) {
+      dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 1);
+      dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
+      execv("/usr/bin/env", argv.data());
+      _exit(127);
+    }
+    for (int i = 0; i < 1000 && first_line.find('\n') == std::string::npos && !ended(); ++i) {
+      usleep(20000);
+      first_line = readFile(out);
+    }
+    first_line = first_line.substr(0, first_line.find('\n'));
+    port = first_line.compare(0, 13, "listening on ") == 0 ? atoi(first_line.c_str() + first_line.rfind(':') + 1) : -1;
+    return port > 0;
+  }
+  // Sends `signal` (none for 0) and waits for the end: the exit code, 128 +
+  // the signal that ended it, or -1 when it had to be killed.
+  int stop(int signal) {
+    if (pid > 0 && signal != 0) kill(pid, signal);
+    for (int i = 0; i < 1000 && !ended(); ++i) usleep(20000);
+    if (pid > 0 && kill(pid, SIGKILL) == 0 && waitpid(pid, nullptr, 0) == pid) pid = exit_code = -1;
+    return exit_code;
+  }
+  int waitExit() { return stop(0); }
+  std::string errors() const { return readFile(dir.file("err")); }
+
+  int port = -1;
+  std::string first_line;
+
+ private:
+  bool ended() {
+    int status = 0;
+    if (pid <= 0 || waitpid(pid, &status, WNOHANG) != pid) return pid <= 0;
+    exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    pid = -1;
+    return true;
+  }
+
+  TempDir dir;
+  int pid = -1, exit_code = -1;
+};
+
 
 // The names of the database at `path` (binary), and whether it was read whole.
 std::vector<std::string> readDatabase(const std::string& path, bool* whole) {
@@ -138,7 +199,7 @@ TEST(AuxserveTest, ServesPagesAndFilesRefusesHostileRequestsAndLogsEachRequest) 
   writeFile(site.dir.file("img/logo.png"), "PNG bytes");
   ServerRun server;
   ASSERT_TRUE(server.start({site.setup, "--port", "0"}));
-  EXPECT_EQ("listening on http://127.0.0.1:" + std::to_string(server.port()) + "/", server.firstLine());
+  EXPECT_EQ("listening on http://127.0.0.1:" + std::to_string(server.port) + "/", server.first_line);
   // The graph folder is made at start.
   writeFile(site.dir.file("graphs/123.bmp"), std::string("BM\0\x01", 4));
   writeFile(site.dir.file("graphs/9.pcx"), "PCX");
@@ -192,7 +253,7 @@ TEST(AuxserveTest, ServesPagesAndFilesRefusesHostileRequestsAndLogsEachRequest) 
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.target.substr(0, 60));
-    Reply reply = request(server.port(), row.target, row.form);
+    Reply reply = request(server.port, row.target, row.form);
     EXPECT_EQ(row.status, reply.status);
     EXPECT_EQ(row.type, row.type.empty() ? "" : reply.type);
     EXPECT_EQ(row.body, row.body.empty() ? "" : reply.body);
@@ -214,11 +275,11 @@ TEST(AuxserveTest, AnXmlDatabaseIsServedWithAWarningAndReportsComeWhole) {
   ServerRun server;
   const std::string xml = site.setupWith("xml.txt", "proband-data-file = " + testData("tools/report_database.xml") + "\n");
   ASSERT_TRUE(server.start({xml, "--port", "0", "--today", "1.1.2013"}));
-  EXPECT_EQ(" p1 ", request(server.port(), "/?_page=ids&_srch=Boy+Jan").body);
+  EXPECT_EQ(" p1 ", request(server.port, "/?_page=ids&_srch=Boy+Jan").body);
   std::string page = readFile(testData("tools/report_summary.html"));
   page.replace(page.find("_t_id=visits&"), 0, "/?_p_id=p1&").replace(page.find("visits&") + 7, 0, "_page=report&");
   page.replace(page.find("logo.png"), 0, "/images/");
-  EXPECT_EQ(" [Boy Jan] " + page + " ", request(server.port(), "/?_page=report&_p_id=p1&_t_id=summary").body);
+  EXPECT_EQ(" [Boy Jan] " + page + " ", request(server.port, "/?_page=report&_p_id=p1&_t_id=summary").body);
   EXPECT_EQ(0, server.stop(SIGTERM));
   EXPECT_EQ(0u, server.errors().find("warning: " + testData("tools/report_database.xml") + " is an XML database"));
 }
@@ -253,11 +314,11 @@ TEST(AuxserveTest, WithATokenEveryRequestMustShowIt) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.target + " " + std::to_string(row.status));
-    Reply reply = request(server.port(), row.target, row.form, row.headers);
+    Reply reply = request(server.port, row.target, row.form, row.headers);
     EXPECT_EQ(row.status, reply.status);
     EXPECT_EQ(row.status == 200 && row.target == "/", reply.body.find("Beta") != std::string::npos);
   }
-  httplib::Client client("127.0.0.1", server.port());
+  httplib::Client client("127.0.0.1", server.port);
   auto right = client.Post("/login", "token=sesame", "application/x-www-form-urlencoded");
   ASSERT_TRUE(right);
   EXPECT_EQ(303, right->status);
@@ -272,7 +333,7 @@ TEST(AuxserveTest, ClientsEditingAtOnceLoseNothing) {
   Site site;
   ServerRun server;
   ASSERT_TRUE(server.start({site.setup, "--port", "0"}));
-  const int port = server.port();
+  const int port = server.port;
   ASSERT_EQ(" Beta=p1; Delta=p2; Gamma=p3;", request(port, "/").body);
   const int kClients = 4, kEach = 8, kTries = 400;
   std::atomic<int> made(0);
@@ -325,7 +386,7 @@ TEST(AuxserveTest, AKillInTheMiddleOfWritesLeavesAWholeDatabase) {
     std::atomic<bool> go(true);
     std::atomic<int> sent(0);
     std::thread writer([&] {
-      for (int k = 0; k < 2000 && go; ++k, ++sent) addProband(server.port(), "K" + std::to_string(k));
+      for (int k = 0; k < 2000 && go; ++k, ++sent) addProband(server.port, "K" + std::to_string(k));
     });
     std::this_thread::sleep_for(std::chrono::milliseconds(150 + 100 * round));
     EXPECT_EQ(128 + SIGKILL, server.stop(SIGKILL));

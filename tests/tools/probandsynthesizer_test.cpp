@@ -1,3 +1,5 @@
+// The synthesized probands are realistic; that one seed gives the same
+// probands is checked on the files of `auxtool synth`.
 #include "tools/auxtool/probandsynthesizer.h"
 
 #include <gtest/gtest.h>
@@ -28,13 +30,6 @@ struct Synthesized {
     ProbandSynthesizer synthesizer(knowledge(), seed);
     for (int i = 0; i < count; ++i) EXPECT_TRUE(synthesizer.addTo(database));
   }
-  // The whole record: name, comment and the proband's stored text.
-  std::string text(int index) const {
-    char buffer[65536];
-    int bytes = 0;
-    EXPECT_TRUE(database.getProband(index)->saveToText(buffer, &bytes, sizeof buffer));
-    return database.getText(index, 0).get() + std::string("|") + database.getText(index, 1).get() + "|" + buffer;
-  }
   MySecurity security;
   R_A_SimpleDB database;
 };
@@ -43,17 +38,6 @@ bool hasAccent(const std::string& text) {
   for (unsigned char c : text)
     if (c > 127) return true;
   return false;
-}
-
-TEST(ProbandSynthesizerTest, TheSameSeedGivesTheSameProbandsAndAnotherSeedOthers) {
-  Synthesized a(200, 3), b(200, 3), c(200, 4);
-  ASSERT_EQ(200, a.database.getN());
-  int same_as_other_seed = 0;
-  for (int i = 0; i < 200; ++i) {
-    ASSERT_EQ(a.text(i), b.text(i)) << i;
-    same_as_other_seed += a.text(i) == c.text(i);
-  }
-  EXPECT_EQ(0, same_as_other_seed);
 }
 
 // Born 1995 to mid-2020; 1 to 20 visits in age order, before the age of 19
@@ -67,7 +51,7 @@ TEST(ProbandSynthesizerTest, ProbandsAreRealistic) {
   ASSERT_TRUE(equation.loadExpression("HEIGHT:SD", knowledge().getStatistics()));
   int boys = 0, scored = 0, accented = 0, visit_comments = 0;
   for (int i = 0; i < made.database.getN(); ++i) {
-    SCOPED_TRACE(made.text(i));
+    SCOPED_TRACE(made.database.getText(i, 0).get());
     const R_Proband& proband = *made.database.getProband(i);
     bool boy = proband.getSex() == 0;
     boys += boy;

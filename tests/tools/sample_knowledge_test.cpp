@@ -25,10 +25,6 @@
 #include "proband/r_a_opensecurity.h"
 #include "proband/r_a_simpledb.h"
 #include "proband/r_proband.h"
-#include "graph/r_graphcalculator.h"
-#include "graph/r_graphcontainer.h"
-#include "graph/r_graphreference.h"
-#include "graph/r_textgraph.h"
 #include "tests/support/recording_output.h"
 #include "tests/support/xml_fakes.h"
 
@@ -134,13 +130,6 @@ TEST_P(SampleKnowledgeTest, LoadsWithoutAMessageAndGivesTheScoresWorkedOutFromTh
         << row.variable << " at " << row.age;
 }
 
-// The proband of that name in the sample database, or null.
-const R_Proband* probandNamed(const R_A_SimpleDB& database, const char* name) {
-  for (int p = 0; p < database.getN(); ++p)
-    if (strcmp(database.getText(p, 0).get(), name) == 0) return database.getProband(p);
-  return nullptr;
-}
-
 // Every text writes one whole document for every sample proband; its links
 // name texts of the file, and the target height heads the summary, the
 // table of visits and its own text. For the boy whose father is 180.6 cm
@@ -225,48 +214,6 @@ TEST_P(SampleKnowledgeTest, ChartReferencesDrawTheLMSCurvesAtTheirOwnLines) {
     R_Number value;
     data.getLineValue(row.last_row ? data.getXCount() - 1 : 0, row.line, format, value);
     EXPECT_NEAR(row.value, value.isDefined() ? value.getValue() : -1, 1e-9);
-  }
-}
-
-// The grid each chart takes for the demo's boy (followed from birth to 15
-// years, weights to 10 and head circumference to 5 years kept by the plots)
-// and girl (birth to 8 years): the smallest variant that holds all points.
-// The boy's heights need 0 to 20 years; the girl's fit 0 to 10.
-TEST_P(SampleKnowledgeTest, EachChartTakesTheSmallestGridThatHoldsThePoints) {
-  ASSERT_TRUE(loaded);
-  R_A_OpenSecurity security;
-  R_A_SimpleDB database(&security, &file, sample("probands.xml").c_str(), false, &reporter);
-  const struct {
-    const char* proband;
-    int graph;  // the n-th graph of the text growth_charts
-    const char* scale;  // X from, to, step; Y from, to, step of the first block
-  } rows[] = {
-      {"Svoboda Martin", 1, "0 20 2 40 200 20"},  {"Svoboda Martin", 2, "0 10 1 0 50 5"},
-      {"Svoboda Martin", 3, "0 20 2 8 40 4"},     {"Svoboda Martin", 4, "0 5 0.5 30 56 2"},
-      {"Urbanov\xe1 Nela", 0, "0 10 1 40 170 10"}, {"Urbanov\xe1 Nela", 2, "0 10 1 0 50 5"},
-      {"Urbanov\xe1 Nela", 3, "0 10 1 10 30 2"},   {"Urbanov\xe1 Nela", 4, "0 5 0.5 30 56 2"},
-  };
-  const R_SuperText& charts = *file.getText(file.findText("growth_charts"));
-  std::vector<const R_TextGraph*> graphs;
-  for (int e = 0; e < charts.getCount(); ++e)
-    if (charts.getElement(e).getType() == 5) graphs.push_back(static_cast<const R_TextGraph*>(&charts.getElement(e)));
-  ASSERT_EQ(5u, graphs.size());
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.proband) + " graph " + std::to_string(row.graph));
-    const R_Proband* who = probandNamed(database, row.proband);
-    ASSERT_TRUE(who);
-    const R_TextGraph& graph = *graphs[row.graph];
-    R_GraphContainer container(graph.getBlockCount());
-    for (int b = 0; b < graph.getBlockCount(); ++b) container.add(&graph.getBlock(b));
-    ASSERT_TRUE(container.prepare());
-    R_GraphCalculator calculator(file, *who, R_Number(9.5), container);
-    R_GraphReference reference(container, calculator, file, *who);
-    ASSERT_TRUE(reference.ok() && reference.isRef(0));
-    char scale[128];
-    snprintf(scale, sizeof scale, "%g %g %g %g %g %g", reference.getXMin().getValue(),
-             reference.getXMax().getValue(), reference.getXStep().getValue(), reference.getYMin(0).getValue(),
-             reference.getYMax(0).getValue(), reference.getYStep(0).getValue());
-    EXPECT_EQ(row.scale, std::string(scale));
   }
 }
 
