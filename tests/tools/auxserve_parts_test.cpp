@@ -1,5 +1,5 @@
-// The pieces of auxserve that need no HTTP: the log line, the graph sweep
-// and the options. Record identifiers are followed over HTTP, in
+// The pieces of auxserve that need no HTTP: the log line and the graph
+// sweep. Options, paths and record identifiers are followed over HTTP, in
 // auxserve_test.cpp.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -10,15 +10,9 @@
 #include "tests/support/test_files.h"
 #include "tools/auxserve/graphcleaner.h"
 #include "tools/auxserve/requestlog.h"
-#include "tools/auxserve/serveroptions.h"
 
 TEST(RequestLogTest, TheLineKeepsNamesAndDropsValues) {
-  const struct {
-    std::string method, target;
-    int status;
-    double ms;
-    std::string line;
-  } rows[] = {
+  const struct { std::string method, target; int status; double ms; std::string line; } rows[] = {
       {"GET", "/", 200, 1.25, "GET / 200 1.2 ms\n"},
       {"POST", "/?_cmd=new&_p_name=Nov%E1k+Jan&HEIGHT=110", 200, 12.0, "POST /?_cmd&_p_name&HEIGHT 200 12.0 ms\n"},
       {"GET", "/graphs/12.bmp", 404, 0.04, "GET /graphs/12.bmp 404 0.0 ms\n"},
@@ -53,36 +47,4 @@ TEST(GraphCleanerTest, OnlyOldFilesNamedLikeGraphsGo) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(row.stays, fileExists(dir.file(row.name)));
   }
-}
-
-TEST(ServerOptionsTest, ArgumentsAndPathsBesideTheSetup) {
-  const struct {
-    std::vector<const char*> args;
-    std::string setup, bind, error;
-    int port;
-  } rows[] = {
-      {{"auxserve"}, "auxserve.txt", "", "", -1},
-      {{"auxserve", "--bind", "0.0.0.0", "--port", "0", "a/b.txt"}, "a/b.txt", "0.0.0.0", "", 0},
-      {{"auxserve", "--port", "65536"}, "", "", "--port needs a number from 0 to 65535", 0},
-      {{"auxserve", "--today", "31.2"}, "", "", "--today needs a date D.M.YYYY", 0},
-      {{"auxserve", "a.txt", "b.txt"}, "", "", "only one setup file", 0},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.args.back());
-    ServerOptions options;
-    std::string error;
-    bool ok = parseServerOptions(static_cast<int>(row.args.size()), row.args.data(), options, error);
-    EXPECT_EQ(row.error, error);
-    if (!ok) continue;
-    EXPECT_EQ(row.setup + " " + row.bind + " " + std::to_string(row.port),
-              options.setupPath + " " + options.bind + " " + std::to_string(options.port));
-  }
-
-  EXPECT_EQ("samples/pages /srv/db.bin db.bin /etc/../x",
-            resolveBeside("samples/auxserve.txt", "pages") + " " + resolveBeside("samples/auxserve.txt", "/srv/db.bin") +
-                " " + resolveBeside("auxserve.txt", "db.bin") + " " + resolveBeside("/etc/s.txt", "../x"));
-  std::string mounts;
-  for (const char* url : {"/graphs/", "graphs/", "/a/b//", "/", "http://cdn.example/graphs/", "//cdn.example/g/"})
-    mounts += "[" + mountPointOf(url) + "]";
-  EXPECT_EQ("[/graphs][/graphs][/a/b][][][]", mounts);
 }

@@ -12,10 +12,7 @@
 
 namespace {
 
-struct ToolRun {
-  std::string output;
-  int exit_code;
-};
+struct ToolRun { std::string output; int exit_code; };
 
 // Standard output only, or both streams with `with_errors`; a run that
 // hangs is killed after a minute.
@@ -132,10 +129,7 @@ TEST_F(AuxtoolTest, ABinaryDatabaseCutAtAnyLengthIsRefused) {
 // XML to XML, to binary and back to XML gives the same XML; the binary
 // form starts with its kind (9 knowledge, 81 database).
 TEST_F(AuxtoolTest, ConvertRoundTripsThroughTheBinaryForm) {
-  const struct {
-    std::string kind, file;
-    char first;
-  } rows[] = {{"knowledge ", kKnowledge, 9},
+  const struct { std::string kind, file; char first; } rows[] = {{"knowledge ", kKnowledge, 9},
               {"knowledge ", testData("formula/methods.xml"), 9},
               {"database " + kKnowledge + " ", kDatabase, 81},
               {"database " + sample("knowledge.xml") + " ", sample("probands.xml"), 81}};
@@ -367,10 +361,7 @@ TEST_F(AuxtoolTest, ImportListsTheEntriesAndAddsTheSelectedOnesOrChangesNothing)
                               "2\tSvoboda Jan\tM\t15.6.2012\ttall stature\n";
   writeFile(dir.file("broken.xml"),
             "<import_list><import_proband><name>A</name><proband><info sex=\"male\"/></proband>");
-  const struct {
-    std::string list, options, output;
-    int exit_code;
-  } refusals[] = {
+  const struct { std::string list, options, output; int exit_code; } refusals[] = {
       {list, "", listing, 0},  // no selection: a listing only
       {dir.file("broken.xml"), "--all", "", 1},
       {dir.file("missing.xml"), "--all", "", 1},
