@@ -8,9 +8,6 @@ const os = require('node:os');
 const path = require('node:path');
 
 const ROOT = path.resolve(__dirname, '..');
-const SAMPLE_FILES = ['auxserve.txt', 'knowledge.bin', 'probands.bin', 'pages'];
-const START_TIMEOUT_MS = 10000;
-const STOP_TIMEOUT_MS = 5000;
 
 // `today` pins the server's date (D.M.YYYY) so that ages and reports do not
 // move with the calendar.
@@ -18,7 +15,7 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
   const program = process.env.AUXSERVE || path.join(ROOT, 'build', 'bin', 'auxserve');
   if (!fs.existsSync(program)) throw new Error(`${program} is not built; run make e2e`);
   const dir = fs.mkdtempSync(path.join(os.tmpdir(), 'aux-app-'));
-  for (const name of SAMPLE_FILES)
+  for (const name of ['auxserve.txt', 'knowledge.bin', 'probands.bin', 'pages'])
     fs.cpSync(path.join(ROOT, 'samples', name), path.join(dir, name), { recursive: true });
 
   const child = spawn(program, [path.join(dir, 'auxserve.txt'), '--port', '0', '--today', today],
@@ -28,8 +25,7 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
 
   const url = await new Promise((resolve, reject) => {
     let out = '';
-    const timer = setTimeout(() => fail(new Error(`auxserve did not start in time:\n${out}${log}`)),
-      START_TIMEOUT_MS);
+    const timer = setTimeout(() => fail(new Error(`auxserve did not start in 10 s:\n${out}${log}`)), 10000);
     function fail(error) { clearTimeout(timer); child.kill('SIGKILL'); reject(error); }
     child.stdout.on('data', (chunk) => {
       out += chunk;
@@ -45,7 +41,7 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
     if (child.exitCode === null && child.signalCode === null) {
       const ended = new Promise((resolve) => child.once('exit', resolve));
       child.kill('SIGTERM');
-      const timer = setTimeout(() => child.kill('SIGKILL'), STOP_TIMEOUT_MS);
+      const timer = setTimeout(() => child.kill('SIGKILL'), 5000);
       await ended;
       clearTimeout(timer);
     }

@@ -14,20 +14,18 @@ const { launch } = require('./browser');
 const PAIR = process.env.SVG_PAIR || path.join(__dirname, '..', 'build', 'tests', 'svg_pair');
 
 // Colours of the default palette.
-const WHITE = [255, 255, 255], BLACK = [0, 0, 0], RED = [255, 0, 0], DARKGREEN = [0, 100, 0];
-const DARKSLATEBLUE = [72, 61, 139], GREY11 = [28, 28, 28], GREY86 = [219, 219, 219], GREY96 = [245, 245, 245];
-const BLUE = [0, 0, 255];
+const [WHITE, BLACK, RED, DARKGREEN, DARKSLATEBLUE, GREY11, GREY86, GREY96, BLUE] = [[255, 255, 255], [0, 0, 0],
+  [255, 0, 0], [0, 100, 0], [72, 61, 139], [28, 28, 28], [219, 219, 219], [245, 245, 245], [0, 0, 255]];
 
 // Pixels worked out by hand from the calls in svg_test_picture.h.
 const KNOWN = [
-  ['frame corner top left', 30, 10, BLACK], ['frame corner top right', 229, 10, BLACK],
-  ['frame corner bottom left', 30, 149, BLACK], ['frame corner bottom right', 229, 149, BLACK],
-  ['inside the frame', 31, 11, WHITE], ['analysis area', 5, 170, GREY96], ['band', 200, 60, GREY86],
-  ['big raster dash', 33, 80, RED], ['big raster dash', 35, 80, RED],
-  ['big raster gap', 32, 80, WHITE], ['big raster gap', 36, 80, WHITE],
-  ['small raster dash', 130, 11, DARKGREEN], ['small raster dash', 130, 12, DARKGREEN],
-  ['small raster gap', 130, 13, WHITE], ['sloping raster dash', 142, 139, DARKGREEN],
-  ['sloping raster gap', 144, 138, WHITE], ['sloping raster dash', 146, 137, DARKGREEN],
+  ['frame corner', 30, 10, BLACK], ['frame corner', 229, 10, BLACK], ['frame corner', 30, 149, BLACK],
+  ['frame corner', 229, 149, BLACK], ['inside the frame', 31, 11, WHITE], ['analysis area', 5, 170, GREY96],
+  ['band', 200, 60, GREY86], ['big raster dash', 33, 80, RED], ['big raster dash', 35, 80, RED],
+  ['big raster gap', 32, 80, WHITE], ['big raster gap', 36, 80, WHITE], ['small raster dash', 130, 11, DARKGREEN],
+  ['small raster dash', 130, 12, DARKGREEN], ['small raster gap', 130, 13, WHITE],
+  ['sloping raster dash', 142, 139, DARKGREEN], ['sloping raster gap', 144, 138, WHITE],
+  ['sloping raster dash', 146, 137, DARKGREEN],
   ['reference line', 40, 112, DARKSLATEBLUE], ['data line of pen 2', 90, 105, BLACK],
   ['arrow shaft', 150, 75, GREY11], ['mark centre', 60, 120, BLACK], ['mark ring', 64, 120, BLACK],
   ['second mark centre', 120, 90, BLACK], ['range bar rule', 212, 110, BLUE], ['range bar stem', 215, 120, BLUE],

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "exporter/mysecurity.h"
@@ -34,11 +36,7 @@ struct Synthesized {
   R_A_SimpleDB database;
 };
 
-bool hasAccent(const std::string& text) {
-  for (unsigned char c : text)
-    if (c > 127) return true;
-  return false;
-}
+bool hasAccent(const char* text) { return std::any_of(text, text + strlen(text), [](char c) { return c & 0x80; }); }
 
 // Born 1995 to mid-2020; 1 to 20 visits in age order, before the age of 19
 // and not after the survey's end on 30 June 2025. Variables of the other
