@@ -168,44 +168,6 @@ TEST_P(SampleKnowledgeTest, WritesTheReportTextsWithTheTargetHeightAndPubertyByS
   EXPECT_FALSE(file.getText(file.findText("puberty_girls"))->isAvailable(file, *boy, R_Number(12.0)));
 }
 
-// The chart references draw the LMS curves at their own columns, written to
-// three decimals: value = M*(1 + L*S*z)^(1/L), M*(1 + S*z) where L = 1, with
-// z(P97) = 1.880794, z(P3) = -1.880794.
-TEST_P(SampleKnowledgeTest, ChartReferencesDrawTheLMSCurvesAtTheirOwnLines) {
-  ASSERT_TRUE(loaded);
-  const struct {
-    const char* what;
-    const char* variable;
-    int sex;
-    bool last_row;  // the table's last row, else its first
-    int line;
-    const char* label;
-    double value;
-  } rows[] = {
-      {"boys' length day 0: 49.8842 * (1 + 0.03795 * 1.880794)", "HEIGHT_CHART_P", kMale, false, 6, "P97", 53.445},
-      {"the same at P3: 49.8842 * (1 - 0.071377)", "HEIGHT_CHART_P", kMale, false, 0, "P3", 46.324},
-      {"boys' length day 0 at +2 SD: 49.8842 * (1 + 0.03795 * 2)", "HEIGHT_CHART_SD", kMale, false, 5, "+2 SD", 53.670},
-      {"boys' length day 0 at 0 SD: M", "HEIGHT_CHART_SD", kMale, false, 3, "0 SD", 49.884},
-      {"girls' BMI 228 months at P3: 21.4269 * (1 + 0.203596)^(-1/0.7496)", "BMI_CHART_P", kFemale, true, 0, "P3",
-       16.734},
-  };
-  const R_GraphRefLinesFormat& format = file.getGraphRefLines().getFormat(R_GraphRefLines::percentileKind);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
-    int index = file.getStatistics().getVarIndex(row.variable);
-    ASSERT_GE(index, 0);
-    int ref = file.findReference(row.sex, R_Number(row.last_row ? 19.0 : 0.0), file.getVariable(index)->getXYVar());
-    ASSERT_GE(ref, 0);
-    const R_RefData& data = *file.getReference(ref)->getData();
-    ASSERT_TRUE(data.isFollowed());
-    ASSERT_EQ(7, data.getLineCount(format));
-    EXPECT_STREQ(row.label, data.getLineText(row.line, format).get());
-    R_Number value;
-    data.getLineValue(row.last_row ? data.getXCount() - 1 : 0, row.line, format, value);
-    EXPECT_NEAR(row.value, value.isDefined() ? value.getValue() : -1, 1e-9);
-  }
-}
-
 INSTANTIATE_TEST_SUITE_P(BothForms, SampleKnowledgeTest, ::testing::Values("knowledge.xml", "knowledge.bin"));
 
 }  // namespace
