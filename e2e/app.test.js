@@ -1,8 +1,6 @@
-// The sample application in headless Chromium, against the real auxserve on
-// a scratch copy of the samples: the steps a clinic takes, one after another
-// on the same database (search, a new proband, two visits, the report, an
-// edited visit, a form sent twice, deletion), the quick calculation, and
-// every page that was served checked by tidy at two widths.
+// The sample application in headless Chromium on auxserve with a copy of the
+// samples: a clinic's steps one after another on one database, the quick
+// calculation, and every page served checked by tidy, at two widths.
 'use strict';
 const { test, before, after } = require('node:test');
 const assert = require('node:assert/strict');
@@ -34,12 +32,8 @@ after(async () => {
 
 async function newPage(width = 1280) {
   const p = await browser.newPage({ viewport: { width, height: 900 } });
-  p.on('response', async (response) => {
-    if (response.request().resourceType() !== 'document') return;
-    try {
-      served.push({ url: response.url(), html: decodePage(await response.body()) });
-    } catch { /* a page left before its body was read */ }
-  });
+  p.on('response', (response) => response.request().resourceType() === 'document' && response.body()
+    .then((body) => served.push({ url: response.url(), html: decodePage(body) }), () => {}));  // or left early
   return p;
 }
 
@@ -48,8 +42,7 @@ const submit = (p, selector) => Promise.all([p.waitForNavigation(), p.click(sele
 const text = async (selector, p = page) => (await p.textContent(selector)).replace(/\s+/g, ' ');
 const fill = async (fields, p = page) => { for (const [field, value] of Object.entries(fields)) await p.fill(field, value); };
 
-// Names in the list as a user sees them: the row that opens the next window
-// is hidden by the stylesheet.
+// Names in the list as a user sees them (the stylesheet hides a paging row).
 const visibleNames = (p = page) => p.$$eval('#probands tbody tr', (rows) =>
   rows.filter((r) => r.offsetParent !== null).map((r) => r.cells[0].textContent.trim()));
 
@@ -57,10 +50,8 @@ const visibleNames = (p = page) => p.$$eval('#probands tbody tr', (rows) =>
 const visitRows = (p = page) => p.$$eval('#visits tbody tr', (rows) =>
   rows.map((r) => [...r.cells].slice(1).map((c) => c.textContent.trim())));
 
-async function openProband() {
-  await page.goto(at('/?_page=list&_srch=Zku'));
-  await submit(page, `#probands a:text-is("${NEW_NAME}")`);
-}
+const openProband = () => page.goto(at('/?_page=list&_srch=Zku'))
+  .then(() => submit(page, `#probands a:text-is("${NEW_NAME}")`));
 
 // The SD score and percentile of a height on a summary, within rounding of
 // the hand-worked values.

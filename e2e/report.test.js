@@ -1,8 +1,6 @@
-// Report pages of the sample database in headless Chromium: `auxtool report`
-// (AUX_BIN_DIR, default build/bin) writes the growth charts of a boy and of
-// a girl with their graph images beside the page, and every image must load.
-// With AUX_SCREENSHOTS=DIR the growth_charts pages are also saved as DIR/
-// report-boy.png and DIR/report-girl.png.
+// `auxtool report` (AUX_BIN_DIR, default build/bin) writes the growth charts
+// of a sample boy and girl, graphs beside the page: every image must load in
+// Chromium. AUX_SCREENSHOTS=DIR saves DIR/report-boy.png and report-girl.png.
 'use strict';
 const test = require('node:test');
 const assert = require('node:assert');

@@ -47,7 +47,7 @@ TEST(ProbandSynthesizerTest, ProbandsAreRealistic) {
   Synthesized made(300, 5);
   R_Equation equation;
   ASSERT_TRUE(equation.loadExpression("HEIGHT:SD", knowledge().getStatistics()));
-  int boys = 0, scored = 0, accented = 0, visit_comments = 0;
+  int boys = 0, scored = 0, accented = 0;
   for (int i = 0; i < made.database.getN(); ++i) {
     SCOPED_TRACE(made.database.getText(i, 0).get());
     const R_Proband& proband = *made.database.getProband(i);
@@ -65,7 +65,7 @@ TEST(ProbandSynthesizerTest, ProbandsAreRealistic) {
       EXPECT_TRUE(age >= 0 && age < 19 && (v == 0 || age > proband.getVisitAge(v - 1).getValue())) << age;
       EXPECT_LE(proband.getVisitDate(v).getDayNumber(), R_Date(30, 6, 2025).getDayNumber());
       EXPECT_FALSE(proband.getFollowedNumber(v, proband.getFollowedOrder(boy ? "TANNER_M" : "TEST_VOLUME")).isDefined());
-      visit_comments += hasAccent(proband.getVisitComment(v).get());
+      accented += hasAccent(proband.getVisitComment(v).get());
     }
     R_CalcEquation calculation(equation);
     if (!calculation.evaluate(knowledge(), &proband, R_Number(30.0), -1, 0)) continue;
@@ -82,8 +82,7 @@ TEST(ProbandSynthesizerTest, ProbandsAreRealistic) {
   }
   EXPECT_TRUE(boys > 100 && boys < 200) << boys;
   EXPECT_GT(scored, 1000);
-  EXPECT_GT(accented, 70);
-  EXPECT_GT(visit_comments, 30);
+  EXPECT_GT(accented, 100);  // names and visit comments
 }
 
 }  // namespace

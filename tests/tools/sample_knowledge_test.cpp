@@ -10,7 +10,6 @@
 //                                           rule, SDk = M*(1 + L*S*k)^(1/L)
 //   percentile = 100 * Phi(z)
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -30,8 +29,7 @@
 
 namespace {
 
-const int kMale = 0;
-const int kFemale = 1;
+const int kMale = 0, kFemale = 1;
 
 std::string sample(const char* name) { return std::string(AUX_SOURCE_DIR) + "/samples/" + name; }
 
