@@ -15,10 +15,10 @@ namespace {
 struct ToolRun { std::string output; int exit_code; };
 
 // Standard output only, or both streams with `with_errors`; a run that
-// hangs is killed after a minute.
+// hangs is stopped after 20 s of processor time.
 ToolRun auxtool(const std::string& arguments, bool with_errors = false) {
   ToolRun run;
-  run.output = runCommand("timeout -s KILL 60 " + std::string(AUX_BIN_DIR) + "/auxtool" + (with_errors ? " 2>&1 " : " 2>/dev/null ") + arguments,
+  run.output = runCommand("ulimit -t 20; exec " + std::string(AUX_BIN_DIR) + "/auxtool" + (with_errors ? " 2>&1 " : " 2>/dev/null ") + arguments,
                           &run.exit_code);
   return run;
 }
