@@ -40,7 +40,7 @@ async function newPage(width = 1280) {
 const at = (p) => new URL(p, server.url).href;
 const submit = (p, selector) => Promise.all([p.waitForNavigation(), p.click(selector)]);
 const text = async (selector, p = page) => (await p.textContent(selector)).replace(/\s+/g, ' ');
-const fill = async (fields, p = page) => { for (const [field, value] of Object.entries(fields)) await p.fill(field, value); };
+const fill = async (fields, p = page) => { for (const [f, value] of Object.entries(fields)) await p.fill(f, value); };
 
 // Names in the list as a user sees them (the stylesheet hides a paging row).
 const visibleNames = (p = page) => p.$$eval('#probands tbody tr', (rows) =>

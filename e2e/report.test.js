@@ -37,7 +37,7 @@ test('report pages show every graph image', async (t) => {
         const sources = [...fs.readFileSync(file, 'latin1').matchAll(/<img src="([^"]+)"/g)].map((m) => m[1]);
         assert.strictEqual(sources.length, 5);
         await page.goto(pathToFileURL(file).href, { waitUntil: 'load' });
-        const images = await page.$$eval('img', (all) => all.map((img) => [img.getAttribute('src'), img.complete && img.naturalWidth]));
+        const images = await page.$$eval('img', (all) => all.map((i) => [i.getAttribute('src'), i.complete && i.naturalWidth]));
         assert.deepStrictEqual(images.map((i) => i[0]), sources);
         for (const [src, width] of images) assert.ok(width > 0, `${src} did not load`);
         if (text === 'growth_charts' && process.env.AUX_SCREENSHOTS)

@@ -49,7 +49,7 @@ async function rasterise(files) {
         const img = new Image();
         img.src = '/' + name;
         await img.decode();
-        const canvas = Object.assign(document.createElement('canvas'), { width: img.naturalWidth, height: img.naturalHeight });
+        const canvas = Object.assign(document.createElement('canvas'), { width: 240, height: 180 });
         const context = canvas.getContext('2d');
         context.drawImage(img, 0, 0);
         const rgba = Array.from(context.getImageData(0, 0, canvas.width, canvas.height).data);

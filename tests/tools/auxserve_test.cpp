@@ -85,7 +85,7 @@ class ServerRun {
 // refuses a database that was not read whole.
 std::vector<std::string> readDatabase(const std::string& path, bool* whole) {
   int status = -1;
-  std::istringstream lines(runCommand(std::string(AUX_BIN_DIR) + "/auxtool calc " + kKnowledge + " " + path + " 1", &status));
+  std::istringstream lines(runCommand(AUX_BIN_DIR "/auxtool calc " + kKnowledge + " " + path + " 1", &status));
   *whole = status == 0;
   std::vector<std::string> names;
   for (std::string line; std::getline(lines, line);) names.push_back(line.substr(0, line.find(',')));

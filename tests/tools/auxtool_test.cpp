@@ -18,8 +18,8 @@ struct ToolRun { std::string output; int exit_code; };
 // hangs is stopped after 20 s of processor time.
 ToolRun auxtool(const std::string& arguments, bool with_errors = false) {
   ToolRun run;
-  run.output = runCommand("ulimit -t 20; exec " + std::string(AUX_BIN_DIR) + "/auxtool" + (with_errors ? " 2>&1 " : " 2>/dev/null ") + arguments,
-                          &run.exit_code);
+  run.output = runCommand("ulimit -t 20; exec " AUX_BIN_DIR "/auxtool" + std::string(with_errors ? " 2>&1 " : " 2>/dev/null ") +
+                          arguments, &run.exit_code);
   return run;
 }
 

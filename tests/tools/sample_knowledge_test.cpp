@@ -152,13 +152,13 @@ TEST_P(SampleKnowledgeTest, WritesTheReportTextsWithTheTargetHeightAndPubertyByS
     ASSERT_GE(file.findText(id), 0);
     file.getText(file.findText(id))->write(file, *boy, R_Number(9.5), output, 0);
     const std::vector<std::string>& calls = output.calls();
-    EXPECT_EQ("beginDocument", calls.front());
-    EXPECT_EQ("endDocument", calls.back());
+    EXPECT_EQ("beginDocument endDocument", calls.front() + " " + calls.back());
     bool shows_target = strncmp(id, "puberty_", 8) != 0 && strncmp(id, "growth_c", 8) != 0;
     EXPECT_EQ(shows_target, std::count(calls.begin(), calls.end(), "writeHeader 1 \"Target height\"") == 1);
     if (strcmp(id, "target_height") == 0) continue;
     EXPECT_EQ(shows_target, std::count(calls.begin(), calls.end(), "writeResult \"178.1 cm\"") == 1);
-    EXPECT_EQ(strcmp(id, "growth_summary") == 0, std::count(calls.begin(), calls.end(), "writeAnchor \"puberty_boys\" true") == 1);
+    const bool summary = strcmp(id, "growth_summary") == 0;
+    EXPECT_EQ(summary, std::count(calls.begin(), calls.end(), "writeAnchor \"puberty_boys\" true") == 1);
     EXPECT_EQ(0, std::count(calls.begin(), calls.end(), "writeAnchor \"puberty_girls\" true"));
   }
   EXPECT_TRUE(file.getText(file.findText("puberty_boys"))->isAvailable(file, *boy, R_Number(9.0)));
