@@ -15,18 +15,17 @@ async function main() {
   try {
     const page = await browser.newPage({ viewport: { width: 1280, height: 900 } });
     const at = (p) => new URL(p, server.url).href;
-
+    const shot = (name) => page.screenshot({ path: path.join(OUT, `app-${name}.png`), fullPage: true });
+    const follow = (selector) => Promise.all([page.waitForNavigation(), page.click(selector)]);
     await page.goto(server.url);
-    await page.screenshot({ path: path.join(OUT, 'app-list.png'), fullPage: true });
-
+    await shot('list');
     await page.goto(at('/?_page=list&_srch=Nov%E1k'));
-    await Promise.all([page.waitForNavigation(), page.click('#probands a')]);
-    await Promise.all([page.waitForNavigation(), page.click('nav.toc a:text-is("Growth charts")')]);
-    await page.screenshot({ path: path.join(OUT, 'app-proband.png'), fullPage: true });
-
+    await follow('#probands a');
+    await follow('nav.toc a:text-is("Growth charts")');
+    await shot('proband');
     await page.goto(at('/temp?_page=quick&_p_sex=F&_p_dob=14.3.2017&MOTHER_HT=164&FATHER_HT=178' +
       '&_DATE=2.5.2022&_AGE=&HEIGHT=108.9&WEIGHT=18.1&_DATE=1.6.2024&_AGE=&HEIGHT=121.4&WEIGHT=22.6'));
-    await page.screenshot({ path: path.join(OUT, 'app-quick.png'), fullPage: true });
+    await shot('quick');
   } finally {
     await browser.close();
     await server.stop();

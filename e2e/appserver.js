@@ -8,21 +8,14 @@ const os = require('node:os');
 const path = require('node:path');
 
 const ROOT = path.resolve(__dirname, '..');
-const SAMPLE_FILES = ['auxserve.txt', 'knowledge.bin', 'probands.bin', 'pages'];
-const START_TIMEOUT_MS = 10000;
-const STOP_TIMEOUT_MS = 5000;
-
-function serverProgram() {
-  return process.env.AUXSERVE || path.join(ROOT, 'build', 'bin', 'auxserve');
-}
 
 // `today` pins the server's date (D.M.YYYY) so that ages and reports do not
 // move with the calendar.
 async function startAppServer({ today = '1.6.2024' } = {}) {
-  const program = serverProgram();
+  const program = process.env.AUXSERVE || path.join(ROOT, 'build', 'bin', 'auxserve');
   if (!fs.existsSync(program)) throw new Error(`${program} is not built; run make e2e`);
   const dir = fs.mkdtempSync(path.join(os.tmpdir(), 'aux-app-'));
-  for (const name of SAMPLE_FILES)
+  for (const name of ['auxserve.txt', 'knowledge.bin', 'probands.bin', 'pages'])
     fs.cpSync(path.join(ROOT, 'samples', name), path.join(dir, name), { recursive: true });
 
   const child = spawn(program, [path.join(dir, 'auxserve.txt'), '--port', '0', '--today', today],
@@ -32,8 +25,7 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
 
   const url = await new Promise((resolve, reject) => {
     let out = '';
-    const timer = setTimeout(() => fail(new Error(`auxserve did not start in time:\n${out}${log}`)),
-      START_TIMEOUT_MS);
+    const timer = setTimeout(() => fail(new Error(`auxserve did not start in 10 s:\n${out}${log}`)), 10000);
     function fail(error) { clearTimeout(timer); child.kill('SIGKILL'); reject(error); }
     child.stdout.on('data', (chunk) => {
       out += chunk;
@@ -49,7 +41,7 @@ async function startAppServer({ today = '1.6.2024' } = {}) {
     if (child.exitCode === null && child.signalCode === null) {
       const ended = new Promise((resolve) => child.once('exit', resolve));
       child.kill('SIGTERM');
-      const timer = setTimeout(() => child.kill('SIGKILL'), STOP_TIMEOUT_MS);
+      const timer = setTimeout(() => child.kill('SIGKILL'), 5000);
       await ended;
       clearTimeout(timer);
     }
@@ -71,18 +63,14 @@ function decodePage(bytes) {
 // warnings are passed over (names of the request parameters and variables:
 // an underscore or capitals, followed by "=").
 function tidyProblems(html) {
-  const probe = spawnSync('tidy', ['-v'], { encoding: 'utf8' });
-  if (probe.error) return null;
-  const run = spawnSync('tidy', ['-e', '-q', '-utf8', '--drop-empty-elements', 'no'],
-    { input: html, encoding: 'utf8' });
-  const lines = run.stderr.split('\n').filter((l) => l.trim() !== '');
-  return lines.filter((line) => {
-    const m = /unescaped & or unknown entity "&([A-Za-z_][A-Za-z0-9_]*)"/.exec(line);
-    if (!m) return true;
-    const at = /line (\d+) column (\d+)/.exec(line);
-    const text = html.split('\n')[Number(at[1]) - 1] || '';
-    const after = text.substr(Number(at[2]) - 1 + 1 + m[1].length, 1);
-    return !(/^(_|[A-Z])/.test(m[1]) && after === '=');
+  if (spawnSync('tidy', ['-v']).error) return null;
+  const run = spawnSync('tidy', ['-e', '-q', '-utf8', '--drop-empty-elements', 'no'], { input: html, encoding: 'utf8' });
+  const lines = html.split('\n');
+  return run.stderr.split('\n').filter((line) => {
+    const m = /line (\d+) column (\d+) - Warning: unescaped & or unknown entity "&([A-Za-z_][A-Za-z0-9_]*)"/.exec(line);
+    if (!m) return line.trim() !== '';
+    const after = (lines[Number(m[1]) - 1] || '').substr(Number(m[2]) + m[3].length, 1);
+    return !(/^(_|[A-Z])/.test(m[3]) && after === '=');
   });
 }
 

@@ -1,89 +1,18 @@
-// The pieces of auxserve that need no HTTP: record identifiers, the log
-// line, the access token, the graph sweep and the options.
+// The pieces of auxserve that need no HTTP: the log line and the graph
+// sweep. Options, paths and record identifiers are followed over HTTP, in
+// auxserve_test.cpp.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <utime.h>
 
 #include <string>
 
-#include "knowledge/r_file.h"
-#include "proband/r_a_simpledb.h"
 #include "tests/support/test_files.h"
-#include "tools/auxserve/accesstoken.h"
 #include "tools/auxserve/graphcleaner.h"
-#include "tools/auxserve/recordsecurity.h"
 #include "tools/auxserve/requestlog.h"
-#include "tools/auxserve/serveroptions.h"
-
-namespace {
-
-std::string record(const char* name) {
-  return std::string("<p_record><p_name>") + name + "</p_name><p_comment></p_comment><proband>"
-         "<info id=\"x\" dob=\"1.1.2010\" sex=\"male\"/><data></data></proband></p_record>\n";
-}
-
-std::string idOf(RecordSecurity& security, int index) {
-  char buffer[RecordSecurity::kIdSize];
-  security.writeRecordId(index, buffer);
-  return buffer;
-}
-
-}  // namespace
-
-// Beta, Delta, Gamma in name order; an unnamed record sorts before them all.
-TEST(RecordSecurityTest, AnIdentifierFollowsItsRecordThroughInsertsRenamesAndRemovals) {
-  TempDir dir;
-  writeFile(dir.file("db.xml"), "<p_database>\n" + record("Gamma") + record("Beta") + record("Delta") + "</p_database>\n");
-  R_File file;
-  ASSERT_TRUE(file.loadXML(testData("tools/report.xml").c_str(), nullptr));
-  RecordSecurity security;
-  R_A_SimpleDB db(&security, &file, dir.file("db.xml").c_str(), false, nullptr);
-  security.attach(&db);
-  ASSERT_EQ(3, db.getN());
-
-  EXPECT_EQ("p1", idOf(security, 0));  // Beta
-  EXPECT_EQ("p2", idOf(security, 2));  // Gamma
-  EXPECT_EQ("p1", idOf(security, 0));  // shown again: the same identifier
-
-  int added = db.addRecord(1);
-  EXPECT_EQ(0, added);
-  EXPECT_EQ(1, security.findRecordIndex("p1"));  // Beta moved one down
-  EXPECT_EQ(3, security.findRecordIndex("p2"));
-
-  int beta = 1;
-  db.setText(beta, 0, "Zeta");  // "", Delta, Gamma, Zeta
-  EXPECT_EQ(3, beta);
-  EXPECT_EQ(3, security.findRecordIndex("p1"));
-  EXPECT_EQ(2, security.findRecordIndex("p2"));
-
-  for (int i = 0; i < db.getN(); ++i) db.setSelected(i, i == 2);
-  db.removeBySelection(true);  // Gamma goes
-  security.forgetRemoved();
-  EXPECT_EQ(-1, security.findRecordIndex("p2"));
-  EXPECT_EQ(2, security.findRecordIndex("p1"));
-  EXPECT_EQ(1, security.getKnownCount());
-  EXPECT_EQ("p3", idOf(security, 0));  // a new serial, never a freed one
-
-  const char* const strangers[] = {"", "p", "px", "1", "2", "p0", "p99", "p1x", "P1", "p-1", "p 1"};
-  for (const char* id : strangers) {
-    SCOPED_TRACE(id);
-    EXPECT_EQ(-1, security.findRecordIndex(id));
-  }
-  char buffer[RecordSecurity::kIdSize] = "junk";
-  EXPECT_FALSE(security.writeRecordId(-1, buffer));
-  EXPECT_STREQ("", buffer);
-  EXPECT_FALSE(security.writeRecordId(db.getN(), buffer));
-  EXPECT_TRUE(security.isClientAllowed(RecordSecurity::kClient));
-  EXPECT_FALSE(security.isClientAllowed(0));
-}
 
 TEST(RequestLogTest, TheLineKeepsNamesAndDropsValues) {
-  const struct {
-    std::string method, target;
-    int status;
-    double ms;
-    std::string line;
-  } rows[] = {
+  const struct { std::string method, target; int status; double ms; std::string line; } rows[] = {
       {"GET", "/", 200, 1.25, "GET / 200 1.2 ms\n"},
       {"POST", "/?_cmd=new&_p_name=Nov%E1k+Jan&HEIGHT=110", 200, 12.0, "POST /?_cmd&_p_name&HEIGHT 200 12.0 ms\n"},
       {"GET", "/graphs/12.bmp", 404, 0.04, "GET /graphs/12.bmp 404 0.0 ms\n"},
@@ -97,90 +26,19 @@ TEST(RequestLogTest, TheLineKeepsNamesAndDropsValues) {
   }
 }
 
-// "user:secret" is dXNlcjpzZWNyZXQ= and ":secret" is OnNlY3JldA== in base 64.
-TEST(AccessTokenTest, TheTokenComesByCookieOrBasicAuthentication) {
-  AccessToken token("secret");
-  const struct {
-    std::string cookie, authorization;
-    bool admitted;
-  } rows[] = {
-      {"", "", false},
-      {"auxserve_token=secret", "", true},
-      {"a=1; auxserve_token=secret; b=2", "", true},
-      {"auxserve_token=secrets", "", false},
-      {"xauxserve_token=secret", "", false},
-      {"", "Basic dXNlcjpzZWNyZXQ=", true},
-      {"", "basic OnNlY3JldA==", true},
-      {"", "Basic c2VjcmV0", false},  // "secret" without a colon
-      {"", "Bearer secret", false},
-      {"auxserve_token=wrong", "Basic dXNlcjpzZWNyZXQ=", true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.cookie + " | " + row.authorization);
-    EXPECT_EQ(row.admitted, token.admits(row.cookie, row.authorization));
-  }
-  EXPECT_TRUE(AccessToken("").admits("", ""));
-  EXPECT_EQ("auxserve_token=secret; Path=/; HttpOnly; SameSite=Strict", token.makeCookie());
-}
-
 TEST(GraphCleanerTest, OnlyOldFilesNamedLikeGraphsGo) {
-  for (const char* name : {"123.bmp", "9.pcx", "2718281.wmf"}) EXPECT_TRUE(GraphCleaner::isGraphName(name)) << name;
-  for (const char* name : {".bmp", "12a.bmp", "123.BMP", "123.bmp.tmp", "123"})
-    EXPECT_FALSE(GraphCleaner::isGraphName(name)) << name;
-
   TempDir dir;
-  const time_t now = 1000000;
-  const struct {
-    const char* name;
-    time_t changed;
-    bool stays;
-  } files[] = {
-      {"1.bmp", now - 301, false}, {"2.bmp", now - 300, true}, {"3.pcx", now - 10, true},
-      {"keep.bmp", now - 9999, true}, {"4.wmf", now - 9999, false},
-  };
+  const time_t now = 1000000, old = now - 9999;
+  // A graph being written is named *.tmp until it is complete.
+  const struct { const char* name; time_t changed; bool stays; } files[] = {
+      {"1.bmp", now - 301, false}, {"2.bmp", now - 300, true},      {"3.pcx", now - 10, true},  {"keep.bmp", old, true},
+      {"2718281.wmf", old, false}, {"9.pcx", now - 301, false},     {".bmp", old, true},        {"12a.bmp", old, true},
+      {"123.BMP", old, true},      {"123.bmp.tmp", old, true},      {"123", old, true}};
   for (const auto& row : files) {
     writeFile(dir.file(row.name), "x");
     struct utimbuf times = {row.changed, row.changed};
     utime(dir.file(row.name).c_str(), &times);
   }
-  EXPECT_EQ(2, GraphCleaner(dir.path() + "/", 300).sweep(now));
-  for (const auto& row : files) {
-    SCOPED_TRACE(row.name);
-    EXPECT_EQ(row.stays, fileExists(dir.file(row.name)));
-  }
-}
-
-TEST(ServerOptionsTest, ArgumentsAndPathsBesideTheSetup) {
-  const struct {
-    std::vector<const char*> args;
-    std::string setup, bind, error;
-    int port;
-  } rows[] = {
-      {{"auxserve"}, "auxserve.txt", "", "", -1},
-      {{"auxserve", "--bind", "0.0.0.0", "--port", "0", "a/b.txt"}, "a/b.txt", "0.0.0.0", "", 0},
-      {{"auxserve", "--port", "65536"}, "", "", "--port needs a number from 0 to 65535", 0},
-      {{"auxserve", "--today", "31.2"}, "", "", "--today needs a date D.M.YYYY", 0},
-      {{"auxserve", "a.txt", "b.txt"}, "", "", "only one setup file", 0},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.args.back());
-    ServerOptions options;
-    std::string error;
-    bool ok = parseServerOptions(static_cast<int>(row.args.size()), row.args.data(), options, error);
-    EXPECT_EQ(row.error, error);
-    if (!ok) continue;
-    EXPECT_EQ(row.setup + " " + row.bind + " " + std::to_string(row.port),
-              options.setupPath + " " + options.bind + " " + std::to_string(options.port));
-  }
-
-  EXPECT_EQ("samples/pages", resolveBeside("samples/auxserve.txt", "pages"));
-  EXPECT_EQ("/srv/db.bin", resolveBeside("samples/auxserve.txt", "/srv/db.bin"));
-  EXPECT_EQ("db.bin", resolveBeside("auxserve.txt", "db.bin"));
-  EXPECT_EQ("/etc/../x", resolveBeside("/etc/s.txt", "../x"));
-  EXPECT_EQ("/graphs", mountPointOf("/graphs/"));
-  EXPECT_EQ("/graphs", mountPointOf("graphs/"));
-  EXPECT_EQ("/a/b", mountPointOf("/a/b//"));
-  EXPECT_EQ("", mountPointOf("/"));
-  EXPECT_EQ("", mountPointOf("http://cdn.example/graphs/"));
-  EXPECT_EQ("", mountPointOf("//cdn.example/graphs/"));
+  EXPECT_EQ(3, GraphCleaner(dir.path() + "/", 300).sweep(now));
+  for (const auto& row : files) EXPECT_EQ(row.stays, fileExists(dir.file(row.name))) << row.name;
 }
